@@ -1,0 +1,31 @@
+#pragma once
+
+#include "hostapi/Application.h"
+#include "hostapi/HostTools.h"
+
+#include <memory>
+
+namespace kordel::addin {
+
+// The host application for the whole process. The first connection stores
+// it; further connections share it; the last disconnection drops it.
+void Connect(std::shared_ptr<hostapi::Application> application);
+void Disconnect();
+int ConnectionCount();
+
+// The stored application; nullptr when not connected.
+std::shared_ptr<hostapi::Application> CurrentApplication();
+
+// Asks the host to create one of its objects by ProgID. Raises 91 when no
+// host is connected.
+ObjectRef CreateObject(const QString &progId);
+
+// The host's helper object, made on first use and kept for the process.
+std::shared_ptr<hostapi::HostTools> HostTools();
+
+// The host's wait cursor, 0 default and 11 hourglass. Raises 91 when no
+// host is connected.
+int MousePointer();
+void SetMousePointer(int pointer);
+
+} // namespace kordel::addin

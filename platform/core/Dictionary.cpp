@@ -1,0 +1,165 @@
+#include "core/Dictionary.h"
+
+#include "core/Error.h"
+
+namespace kordel {
+
+QString Dictionary::hashKey(const Variant &key) const {
+  using VT = Variant::Type;
+  switch (key.type()) {
+  case VT::Empty: return QStringLiteral("e:");
+  case VT::Null: return QStringLiteral("z:");
+  case VT::String:
+    return mode_ == CompareMode::Text ? QStringLiteral("s:") + key.rawString().toCaseFolded()
+                                      : QStringLiteral("s:") + key.rawString();
+  case VT::Object: return QStringLiteral("o:") + QString::number(quintptr(key.rawObject().get()), 16);
+  case VT::Array:
+  case VT::ByteArray:
+    raiseError(ErrorNumber::InvalidCall, QStringLiteral("Dictionary"), QStringLiteral("An array cannot be a key"));
+  default: return QStringLiteral("n:") + QString::number(key.toDouble(), 'g', 17);
+  }
+}
+
+int Dictionary::find(const Variant &key) const { return index_.value(hashKey(key), -1); }
+
+void Dictionary::rebuildIndex() {
+  index_.clear();
+  for (std::size_t i = 0; i < entries_.size(); ++i)
+    index_.insert(hashKey(entries_[i].key), int(i));
+}
+
+bool Dictionary::exists(const Variant &key) const { return find(key) >= 0; }
+
+void Dictionary::add(const Variant &key, const Variant &item) {
+  const QString hash = hashKey(key);
+  if (index_.contains(hash))
+    raiseError(ErrorNumber::DuplicateKey, QStringLiteral("Dictionary"));
+  index_.insert(hash, int(entries_.size()));
+  entries_.push_back({key, item});
+}
+
+Variant Dictionary::item(const Variant &key) {
+  const int at = find(key);
+  if (at >= 0)
+    return entries_[std::size_t(at)].item;
+  add(key, Variant());
+  return Variant();
+}
+
+Variant Dictionary::value(const Variant &key, const Variant &fallback) const {
+  const int at = find(key);
+  return at >= 0 ? entries_[std::size_t(at)].item : fallback;
+}
+
+void Dictionary::setItem(const Variant &key, const Variant &item) {
+  const int at = find(key);
+  if (at >= 0)
+    entries_[std::size_t(at)].item = item;
+  else
+    add(key, item);
+}
+
+void Dictionary::renameKey(const Variant &oldKey, const Variant &newKey) {
+  const int at = find(oldKey);
+  if (at < 0)
+    raiseError(ErrorNumber::ElementNotFound, QStringLiteral("Dictionary"));
+  if (exists(newKey))
+    raiseError(ErrorNumber::DuplicateKey, QStringLiteral("Dictionary"));
+  index_.remove(hashKey(oldKey));
+  entries_[std::size_t(at)].key = newKey;
+  index_.insert(hashKey(newKey), at);
+}
+
+void Dictionary::remove(const Variant &key) {
+  const int at = find(key);
+  if (at < 0)
+    raiseError(ErrorNumber::ElementNotFound, QStringLiteral("Dictionary"));
+  entries_.erase(entries_.begin() + at);
+  rebuildIndex();
+}
+
+void Dictionary::removeAll() {
+  entries_.clear();
+  index_.clear();
+}
+
+std::vector<Variant> Dictionary::keys() const {
+  std::vector<Variant> out;
+  out.reserve(entries_.size());
+  for (const Entry &e : entries_)
+    out.push_back(e.key);
+  return out;
+}
+
+std::vector<Variant> Dictionary::items() const {
+  std::vector<Variant> out;
+  out.reserve(entries_.size());
+  for (const Entry &e : entries_)
+    out.push_back(e.item);
+  return out;
+}
+
+void Dictionary::setCompareMode(CompareMode mode) {
+  if (!entries_.empty())
+    raiseError(ErrorNumber::InvalidCall, QStringLiteral("Dictionary"));
+  mode_ = mode;
+}
+
+std::unique_ptr<Enumerator> Dictionary::enumerate() { return std::make_unique<ListEnumerator>(keys()); }
+
+const MemberTable &Dictionary::memberTable() const {
+  static const MemberTable table{
+      {
+          property<Dictionary>("Count", [](Dictionary &d) { return d.count(); }),
+          method<Dictionary>("Add",
+                             [](Dictionary &d, Args &a) {
+                               expectArgs(a, 2, 2);
+                               d.add(a[0], a[1]);
+                               return Variant();
+                             }),
+          method<Dictionary>("Exists",
+                             [](Dictionary &d, Args &a) {
+                               expectArgs(a, 1, 1);
+                               return d.exists(a[0]);
+                             }),
+          indexedProperty<Dictionary>(
+              "Item",
+              [](Dictionary &d, Args &a) {
+                expectArgs(a, 1, 1);
+                return d.item(a[0]);
+              },
+              [](Dictionary &d, Args &a, const Variant &v) {
+                expectArgs(a, 1, 1);
+                d.setItem(a[0], v);
+              }),
+          indexedProperty<Dictionary>(
+              "Key", [](Dictionary &, Args &) -> Variant { raiseError(ErrorNumber::NoSuchMember); },
+              [](Dictionary &d, Args &a, const Variant &v) {
+                expectArgs(a, 1, 1);
+                d.renameKey(a[0], v);
+              }),
+          method<Dictionary>("Keys", [](Dictionary &d, Args &) { return VariantArray::fromValues(d.keys()); }),
+          method<Dictionary>("Items", [](Dictionary &d, Args &) { return VariantArray::fromValues(d.items()); }),
+          method<Dictionary>("Remove",
+                             [](Dictionary &d, Args &a) {
+                               expectArgs(a, 1, 1);
+                               d.remove(a[0]);
+                               return Variant();
+                             }),
+          method<Dictionary>("RemoveAll",
+                             [](Dictionary &d, Args &) {
+                               d.removeAll();
+                               return Variant();
+                             }),
+          property<Dictionary>(
+              "CompareMode", [](Dictionary &d) { return int(d.compareMode()); },
+              [](Dictionary &d, const Variant &v) {
+                d.setCompareMode(v.toLong() == 0 ? CompareMode::Binary : CompareMode::Text);
+              }),
+      },
+      nullptr,
+      QStringLiteral("Item")};
+  return table;
+}
+
+} // namespace kordel

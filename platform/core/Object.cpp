@@ -1,0 +1,89 @@
+#include "core/Object.h"
+
+#include "core/Error.h"
+
+namespace kordel {
+
+MemberTable::MemberTable(std::vector<Member> members, const MemberTable *base, QString defaultMember)
+    : members_(std::move(members)), base_(base), defaultMember_(std::move(defaultMember)) {
+  if (defaultMember_.isEmpty() && base_)
+    defaultMember_ = base_->defaultMember();
+  for (std::size_t i = 0; i < members_.size(); ++i)
+    index_.insert(members_[i].name.toLower(), i);
+}
+
+const Member *MemberTable::find(const QString &name) const {
+  const auto it = index_.constFind(name.toLower());
+  if (it != index_.constEnd())
+    return &members_[*it];
+  return base_ ? base_->find(name) : nullptr;
+}
+
+const Variant &arg(const Args &args, std::size_t index) {
+  static const Variant empty;
+  return index < args.size() ? args[index] : empty;
+}
+
+void expectArgs(const Args &args, std::size_t min, std::size_t max) {
+  if (args.size() < min || args.size() > max)
+    raiseError(ErrorNumber::WrongArgumentCount);
+}
+
+bool ListEnumerator::next(Variant &value) {
+  if (position_ >= values_.size())
+    return false;
+  value = values_[position_++];
+  return true;
+}
+
+Object::~Object() = default;
+
+QString Object::typeName() const { return QStringLiteral("Object"); }
+
+const MemberTable &Object::memberTable() const {
+  static const MemberTable empty{{}};
+  return empty;
+}
+
+const Member &Object::findMember(const QString &name) const {
+  const MemberTable &table = memberTable();
+  const QString &wanted = name.isEmpty() ? table.defaultMember() : name;
+  const Member *member = wanted.isEmpty() ? nullptr : table.find(wanted);
+  if (!member)
+    raiseError(ErrorNumber::NoSuchMember, typeName(),
+               QStringLiteral("Object doesn't support this property or method: '%1'").arg(name));
+  return *member;
+}
+
+Variant Object::call(const QString &name, Args &args) {
+  const Member &member = findMember(name);
+  return member.get(*this, args);
+}
+
+Variant Object::get(const QString &name) {
+  Args none;
+  return call(name, none);
+}
+
+Variant Object::invoke(const QString &name, Args args) { return call(name, args); }
+
+void Object::set(const QString &name, Args &args, const Variant &value) {
+  const Member &member = findMember(name);
+  if (!member.set)
+    raiseError(ErrorNumber::NoSuchMember, typeName(),
+               QStringLiteral("Property '%1' cannot be assigned").arg(member.name));
+  member.set(*this, args, value);
+}
+
+void Object::set(const QString &name, const Variant &value) {
+  Args none;
+  set(name, none, value);
+}
+
+bool Object::hasMember(const QString &name) const { return memberTable().find(name) != nullptr; }
+
+std::unique_ptr<Enumerator> Object::enumerate() {
+  raiseError(ErrorNumber::NoSuchMember, typeName(), QStringLiteral("Object doesn't support For Each"));
+}
+
+} // namespace kordel

@@ -1,0 +1,78 @@
+#include "host/HostApplication.h"
+
+#include "host/FileLog.h"
+#include "host/HostToolsObject.h"
+#include "host/IniTranslator.h"
+#include "host/PrinterList.h"
+#include "host/RegistryKeyObject.h"
+#include "host/SettingsStore.h"
+
+#include "hostapi/Database.h"
+#include "hostapi/Printers.h"
+#include "hostapi/Ui.h"
+
+#include "core/Dictionary.h"
+#include "core/Error.h"
+
+#include <QLocale>
+
+namespace kordel::host {
+
+HostApplication::HostApplication(std::shared_ptr<SettingsStore> settings, std::shared_ptr<FileLog> log,
+                                 QString language)
+    : settings_(std::move(settings)), log_(std::move(log)),
+      language_(language.isEmpty() ? defaultLanguage() : std::move(language)) {
+  registerProgId(QString::fromLatin1(hostapi::kTranslatorProgId), [] { return std::make_shared<IniTranslator>(); });
+  registerProgId(QString::fromLatin1(hostapi::kRegistryProgId),
+                 [store = settings_] { return std::make_shared<RegistryKeyObject>(store); });
+  registerProgId(QString::fromLatin1(hostapi::kHostToolsProgId), [] { return std::make_shared<HostToolsObject>(); });
+  registerProgId(QString::fromLatin1(hostapi::kPrintersProgId), [] { return PrinterList::fromSystem(); });
+  registerProgId(QStringLiteral("Scripting.Dictionary"), [] { return std::make_shared<Dictionary>(); });
+}
+
+QString HostApplication::defaultLanguage() {
+  const QString configured = qEnvironmentVariable("ORVEX_LANGUAGE");
+  if (!configured.isEmpty())
+    return configured;
+  const QString system = QLocale::system().name().left(2).toLower();
+  return system == QStringLiteral("sv") ? system : QStringLiteral("en");
+}
+
+void HostApplication::setMousePointer(int pointer) {
+  mousePointer_ = pointer;
+  if (hostapi::hasUi())
+    hostapi::ui().setWaitCursor(pointer == hostapi::MousePointer::Hourglass);
+}
+
+ObjectRef HostApplication::createObject(const QString &progId) {
+  const auto it = factories_.constFind(progId.toCaseFolded());
+  if (it == factories_.constEnd())
+    raiseError(ErrorNumber::CannotCreateObject, typeName(),
+               QStringLiteral("ActiveX component can't create object: no class is registered as '%1'").arg(progId));
+  return (*it)();
+}
+
+std::shared_ptr<hostapi::ApplicationLog> HostApplication::applicationLog() { return log_; }
+
+void HostApplication::registerProgId(const QString &progId, Factory factory) {
+  factories_.insert(progId.toCaseFolded(), std::move(factory));
+}
+
+const MemberTable &HostApplication::memberTable() const {
+  static const MemberTable table{{
+      property<HostApplication>(
+          "MousePointer", [](HostApplication &a) { return a.mousePointer(); },
+          [](HostApplication &a, const Variant &v) { a.setMousePointer(v.toInteger()); }),
+      property<HostApplication>("Language", [](HostApplication &a) { return a.language(); }),
+      method<HostApplication>("CreateObject",
+                              [](HostApplication &a, Args &args) {
+                                expectArgs(args, 1, 1);
+                                return a.createObject(args[0].toString());
+                              }),
+      property<HostApplication>("ApplicationLog", [](HostApplication &a) { return Variant(a.applicationLog()); }),
+      property<HostApplication>("Database", [](HostApplication &a) { return Variant(ObjectRef(a.database())); }),
+  }};
+  return table;
+}
+
+} // namespace kordel::host

@@ -1,0 +1,35 @@
+#include "host/HostPaths.h"
+
+#include <QStandardPaths>
+
+namespace kordel::host::HostPaths {
+
+namespace {
+
+QString fromEnvironment(const char *variable, QStandardPaths::StandardLocation location, const QString &below) {
+  const QString overridden = qEnvironmentVariable(variable);
+  if (!overridden.isEmpty())
+    return overridden;
+  return QStandardPaths::writableLocation(location) + below;
+}
+
+} // namespace
+
+QString configFolder() {
+  return fromEnvironment("ORVEX_CONFIG_DIR", QStandardPaths::GenericConfigLocation, QStringLiteral("/orvex"));
+}
+
+QString dataFolder() {
+  return fromEnvironment("ORVEX_DATA_DIR", QStandardPaths::GenericDataLocation, QStringLiteral("/orvex"));
+}
+
+QString documentsFolder() { return QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation); }
+
+QString registryFile() { return configFolder() + QStringLiteral("/registry.ini"); }
+
+QString logFile() {
+  const QString overridden = qEnvironmentVariable("ORVEX_LOG_FILE");
+  return overridden.isEmpty() ? dataFolder() + QStringLiteral("/orvex.log") : overridden;
+}
+
+} // namespace kordel::host::HostPaths

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QString>
+
+// The folders of the host in one place. Tests and CI move them with
+// environment variables: ORVEX_CONFIG_DIR for the configuration folder,
+// ORVEX_DATA_DIR for the data folder, ORVEX_LOG_FILE for the log.
+namespace kordel::host::HostPaths {
+
+// The user's configuration folder of the host ("~/.config/orvex").
+QString configFolder();
+// The folder of databases and logs ("~/.local/share/orvex").
+QString dataFolder();
+// The user's documents folder.
+QString documentsFolder();
+
+// The per-user registry file in the configuration folder.
+QString registryFile();
+// The application log file.
+QString logFile();
+
+} // namespace kordel::host::HostPaths

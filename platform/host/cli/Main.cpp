@@ -1,0 +1,92 @@
+// orvex: the host's command line. Each sub command is one function in the
+// table below; later sub commands print, preview, export and design reports.
+
+#include "host/BatchUi.h"
+#include "host/FileLog.h"
+#include "host/HostApplication.h"
+#include "host/HostPaths.h"
+#include "host/IniTranslator.h"
+#include "host/SettingsStore.h"
+
+#include "core/Error.h"
+
+#include <QApplication>
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
+
+#include <cstdio>
+#include <functional>
+#include <map>
+
+using namespace kordel;
+
+namespace {
+
+void printLine(const QString &text) { std::fprintf(stdout, "%s\n", text.toUtf8().constData()); }
+
+QString translationFolder() {
+  // The add-in's texts lie in "translation" beside its library, which the
+  // build puts in ../lib next to this program.
+  return QDir(QCoreApplication::applicationDirPath() + QStringLiteral("/../lib/translation")).absolutePath();
+}
+
+// orvex about: what the host is, its language and where it keeps things.
+int about(host::HostApplication &app, const QStringList &) {
+  host::IniTranslator translator;
+  translator.setTranslationFolder(translationFolder());
+  translator.loadSection(QStringLiteral("kordel"), app.language());
+  printLine(QStringLiteral("Orvex %1 with %2")
+                .arg(QCoreApplication::applicationVersion(), translator.translateKey(QStringLiteral("Addin.Name"))));
+  printLine(QStringLiteral("Language:      %1").arg(app.language()));
+  printLine(QStringLiteral("Settings:      %1").arg(host::HostPaths::registryFile()));
+  printLine(QStringLiteral("Log:           %1").arg(host::HostPaths::logFile()));
+  printLine(QStringLiteral("Databases:     %1").arg(host::HostPaths::dataFolder()));
+  printLine(QStringLiteral("Message texts: %1").arg(translator.translationFolder()));
+  return 0;
+}
+
+using Command = std::function<int(host::HostApplication &, const QStringList &)>;
+
+const std::map<QString, std::pair<Command, const char *>> &commands() {
+  static const std::map<QString, std::pair<Command, const char *>> table{
+      {QStringLiteral("about"), {about, "show the version, the language and where settings, log and databases live"}},
+  };
+  return table;
+}
+
+int usage() {
+  std::fprintf(stderr, "usage: orvex COMMAND [ARGUMENTS]\n\ncommands:\n");
+  for (const auto &[name, entry] : commands())
+    std::fprintf(stderr, "  %-10s %s\n", name.toUtf8().constData(), entry.second);
+  return 2;
+}
+
+} // namespace
+
+int main(int argc, char **argv) {
+  // Without a display the command line still works: windows render offscreen.
+  if (!qEnvironmentVariableIsSet("DISPLAY") && !qEnvironmentVariableIsSet("WAYLAND_DISPLAY"))
+    qputenv("QT_QPA_PLATFORM",
+            qgetenv("QT_QPA_PLATFORM").isEmpty() ? QByteArray("offscreen") : qgetenv("QT_QPA_PLATFORM"));
+  QApplication qt(argc, argv);
+  QCoreApplication::setApplicationName(QStringLiteral("orvex"));
+  QCoreApplication::setApplicationVersion(QStringLiteral(KORDEL_VERSION));
+
+  QStringList args = QCoreApplication::arguments().mid(1);
+  if (args.isEmpty() || args.front() == QStringLiteral("--help") || args.front() == QStringLiteral("-h"))
+    return usage();
+  const auto found = commands().find(args.takeFirst());
+  if (found == commands().end())
+    return usage();
+
+  try {
+    hostapi::installUi(std::make_shared<host::BatchUi>());
+    host::HostApplication app(std::make_shared<host::SettingsStore>(host::HostPaths::registryFile()),
+                              std::make_shared<host::FileLog>(host::HostPaths::logFile()));
+    return found->second.first(app, args);
+  } catch (const Error &error) {
+    std::fprintf(stderr, "orvex: %s (%d)\n", error.description().toUtf8().constData(), error.number());
+    return 1;
+  }
+}

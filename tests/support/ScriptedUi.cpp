@@ -1,0 +1,51 @@
+#include "support/ScriptedUi.h"
+
+#include "core/Error.h"
+
+namespace kordel::test {
+
+int ScriptedUi::messageBox(const QString &text, int flags, const QString &title) {
+  boxes.push_back({text, flags, title});
+  if (boxAnswers.empty())
+    return hostapi::MsgBox::defaultAnswer(flags);
+  const int answer = boxAnswers.front();
+  boxAnswers.pop_front();
+  return answer;
+}
+
+std::optional<QString> ScriptedUi::inputBox(const QString &prompt, const QString &, const QString &) {
+  inputPrompts << prompt;
+  if (inputAnswers.empty())
+    return std::nullopt;
+  auto answer = inputAnswers.front();
+  inputAnswers.pop_front();
+  return answer;
+}
+
+QString ScriptedUi::answerFileDialog(const hostapi::FileDialogRequest &request) {
+  fileDialogs.push_back(request);
+  QString answer;
+  if (!fileAnswers.empty()) {
+    answer = fileAnswers.front();
+    fileAnswers.pop_front();
+  }
+  if (answer.isEmpty())
+    raiseError(ErrorNumber::DialogCancelled);
+  return answer;
+}
+
+QString ScriptedUi::openFile(const hostapi::FileDialogRequest &request) { return answerFileDialog(request); }
+
+QString ScriptedUi::saveFile(const hostapi::FileDialogRequest &request) { return answerFileDialog(request); }
+
+QFont ScriptedUi::chooseFont(const QFont &, const QString &) { raiseError(ErrorNumber::DialogCancelled); }
+
+void ScriptedUi::showModal(QWidget &window) {
+  if (!modalHandler)
+    raiseError(ErrorNumber::InvalidCall, QStringLiteral("ScriptedUi"), QStringLiteral("No handler for a modal window"));
+  modalHandler(window);
+}
+
+void ScriptedUi::setWaitCursor(bool busy) { waitCursorDepth += busy ? 1 : -1; }
+
+} // namespace kordel::test
