@@ -13,6 +13,7 @@ QString quoted(const QString &text) {
     case u'\n': out += QStringLiteral("\\n"); break;
     case u'\r': out += QStringLiteral("\\r"); break;
     case u'\t': out += QStringLiteral("\\t"); break;
+    case u'\0': out += QStringLiteral("\\0"); break;
     default: out += c;
     }
   }
@@ -56,6 +57,7 @@ bool readQuoted(QStringView line, qsizetype &pos, QString &value) {
     case u'n': text += u'\n'; break;
     case u'r': text += u'\r'; break;
     case u't': text += u'\t'; break;
+    case u'0': text += QChar(0); break;
     default: return false;
     }
   }

@@ -9,7 +9,7 @@
 namespace kordel {
 namespace {
 
-using test::errorOf;
+using test::errorNumber;
 
 class Comparisons : public test::RegionalTest {};
 
@@ -66,8 +66,8 @@ TEST_F(Comparisons, ObjectsByDefaultValueArraysNot) {
   const Variant field(std::make_shared<test::ValueObject>(Variant(5)));
   EXPECT_EQ(compareValues(field, 5), 0);
   EXPECT_EQ(compareValues(4, field), -1);
-  EXPECT_EQ(errorOf([] { compareValues(Variant::nothing(), 1); }), ErrorNumber::ObjectNotSet);
-  EXPECT_EQ(errorOf([] { compareValues(Variant(VariantArray::fromValues({1})), 1); }), ErrorNumber::TypeMismatch);
+  EXPECT_EQ(errorNumber([] { compareValues(Variant::nothing(), 1); }), ErrorNumber::ObjectNotSet);
+  EXPECT_EQ(errorNumber([] { compareValues(Variant(VariantArray::fromValues({1})), 1); }), ErrorNumber::TypeMismatch);
 }
 
 // ---- arrays ----
@@ -83,16 +83,16 @@ TEST(Arrays, BoundsAndSubscripts) {
   a.at(3) = "last";
   EXPECT_EQ(a.at(3), Variant("last"));
   EXPECT_TRUE(a.at(1).isEmpty());
-  EXPECT_EQ(errorOf([&] { a.at(0); }), ErrorNumber::SubscriptOutOfRange);
-  EXPECT_EQ(errorOf([&] { a.at(4); }), ErrorNumber::SubscriptOutOfRange);
-  EXPECT_EQ(errorOf([&] { a.lowerBound(2); }), ErrorNumber::SubscriptOutOfRange);
-  EXPECT_EQ(errorOf([&] { a.upperBound(0); }), ErrorNumber::SubscriptOutOfRange);
-  EXPECT_EQ(errorOf([&] { a.at({1, 1}); }), ErrorNumber::SubscriptOutOfRange);
+  EXPECT_EQ(errorNumber([&] { a.at(0); }), ErrorNumber::SubscriptOutOfRange);
+  EXPECT_EQ(errorNumber([&] { a.at(4); }), ErrorNumber::SubscriptOutOfRange);
+  EXPECT_EQ(errorNumber([&] { a.lowerBound(2); }), ErrorNumber::SubscriptOutOfRange);
+  EXPECT_EQ(errorNumber([&] { a.upperBound(0); }), ErrorNumber::SubscriptOutOfRange);
+  EXPECT_EQ(errorNumber([&] { a.at({1, 1}); }), ErrorNumber::SubscriptOutOfRange);
 
   const VariantArray empty({Bounds{0, -1}});
   EXPECT_EQ(empty.size(), 0u);
   EXPECT_EQ(empty.upperBound(), -1);
-  EXPECT_EQ(errorOf([] { VariantArray({Bounds{0, -2}}); }), ErrorNumber::SubscriptOutOfRange);
+  EXPECT_EQ(errorNumber([] { VariantArray({Bounds{0, -2}}); }), ErrorNumber::SubscriptOutOfRange);
 }
 
 TEST(Arrays, MultiDimensionalElementsLieFirstSubscriptFastest) {
@@ -107,9 +107,9 @@ TEST(Arrays, MultiDimensionalElementsLieFirstSubscriptFastest) {
   EXPECT_EQ(grid.at({1, 2}), Variant(12));
   std::vector<Variant> expected{1, 11, 2, 12, 3, 13};
   EXPECT_EQ(grid.elements(), expected);
-  EXPECT_EQ(errorOf([&] { grid.at({2, 1}); }), ErrorNumber::SubscriptOutOfRange);
-  EXPECT_EQ(errorOf([&] { grid.at({0, 0}); }), ErrorNumber::SubscriptOutOfRange);
-  EXPECT_EQ(errorOf([&] { grid.at(0); }), ErrorNumber::SubscriptOutOfRange);
+  EXPECT_EQ(errorNumber([&] { grid.at({2, 1}); }), ErrorNumber::SubscriptOutOfRange);
+  EXPECT_EQ(errorNumber([&] { grid.at({0, 0}); }), ErrorNumber::SubscriptOutOfRange);
+  EXPECT_EQ(errorNumber([&] { grid.at(0); }), ErrorNumber::SubscriptOutOfRange);
 }
 
 TEST(Arrays, ReDimPreserveKeepsElements) {
@@ -135,9 +135,9 @@ TEST(Arrays, ReDimPreserveKeepsElements) {
 TEST(Arrays, ReDimPreserveRefusesAllButTheLastDimension) {
   VariantArray grid({Bounds{0, 1}, Bounds{0, 1}});
   grid.at({1, 1}) = 7;
-  EXPECT_EQ(errorOf([&] { grid.redim({Bounds{0, 2}, Bounds{0, 1}}, true); }), ErrorNumber::SubscriptOutOfRange);
-  EXPECT_EQ(errorOf([&] { grid.redim({Bounds{0, 1}}, true); }), ErrorNumber::SubscriptOutOfRange);
-  EXPECT_EQ(errorOf([&] { grid.redim({Bounds{0, 1}, Bounds{1, 2}}, true); }), ErrorNumber::SubscriptOutOfRange);
+  EXPECT_EQ(errorNumber([&] { grid.redim({Bounds{0, 2}, Bounds{0, 1}}, true); }), ErrorNumber::SubscriptOutOfRange);
+  EXPECT_EQ(errorNumber([&] { grid.redim({Bounds{0, 1}}, true); }), ErrorNumber::SubscriptOutOfRange);
+  EXPECT_EQ(errorNumber([&] { grid.redim({Bounds{0, 1}, Bounds{1, 2}}, true); }), ErrorNumber::SubscriptOutOfRange);
   EXPECT_EQ(grid.at({1, 1}), Variant(7)); // a refused ReDim changes nothing
   EXPECT_EQ(grid.upperBound(1), 1);
   // Without Preserve every dimension may change.
@@ -147,7 +147,7 @@ TEST(Arrays, ReDimPreserveRefusesAllButTheLastDimension) {
 
   VariantArray fixedArray({Bounds{0, 2}});
   fixedArray.setFixed(true);
-  EXPECT_EQ(errorOf([&] { fixedArray.redim({Bounds{0, 5}}, true); }), ErrorNumber::ArrayFixedOrLocked);
+  EXPECT_EQ(errorNumber([&] { fixedArray.redim({Bounds{0, 5}}, true); }), ErrorNumber::ArrayFixedOrLocked);
 }
 
 TEST(Arrays, CopiesAreIndependentValues) {
@@ -169,7 +169,7 @@ TEST(Arrays, CopiesAreIndependentValues) {
 
   EXPECT_EQ(original.typeName(), QString("Variant()"));
   EXPECT_EQ(original.varType(), 8204);
-  EXPECT_EQ(errorOf([] { Variant(5).array(); }), ErrorNumber::TypeMismatch);
+  EXPECT_EQ(errorNumber([] { Variant(5).array(); }), ErrorNumber::TypeMismatch);
 }
 
 } // namespace

@@ -11,7 +11,7 @@
 namespace kordel {
 namespace {
 
-using test::errorOf;
+using test::errorNumber;
 
 class Conversions : public test::RegionalTest {};
 
@@ -42,35 +42,35 @@ TEST_F(Conversions, IntegerLimitsRaiseOverflow) {
   EXPECT_EQ(Variant(-32768).toInteger(), -32768);
   EXPECT_EQ(Variant(32767.4).toInteger(), 32767);
   EXPECT_EQ(Variant(-32768.5).toInteger(), -32768);
-  EXPECT_EQ(errorOf([] { Variant(32768).toInteger(); }), ErrorNumber::Overflow);
-  EXPECT_EQ(errorOf([] { Variant(32767.5).toInteger(); }), ErrorNumber::Overflow);
-  EXPECT_EQ(errorOf([] { Variant(-32769).toInteger(); }), ErrorNumber::Overflow);
-  EXPECT_EQ(errorOf([] { Variant("40000").toInteger(); }), ErrorNumber::Overflow);
+  EXPECT_EQ(errorNumber([] { Variant(32768).toInteger(); }), ErrorNumber::Overflow);
+  EXPECT_EQ(errorNumber([] { Variant(32767.5).toInteger(); }), ErrorNumber::Overflow);
+  EXPECT_EQ(errorNumber([] { Variant(-32769).toInteger(); }), ErrorNumber::Overflow);
+  EXPECT_EQ(errorNumber([] { Variant("40000").toInteger(); }), ErrorNumber::Overflow);
 
   EXPECT_EQ(Variant(2147483647.0).toLong(), 2147483647);
   EXPECT_EQ(Variant(-2147483648.0).toLong(), std::numeric_limits<std::int32_t>::min());
-  EXPECT_EQ(errorOf([] { Variant(2147483648.0).toLong(); }), ErrorNumber::Overflow);
-  EXPECT_EQ(errorOf([] { Variant(2147483647.5).toLong(); }), ErrorNumber::Overflow);
-  EXPECT_EQ(errorOf([] { Variant(-2147483649.0).toLong(); }), ErrorNumber::Overflow);
-  EXPECT_EQ(errorOf([] { Variant(Currency{21474836480000}).toLong(); }), ErrorNumber::Overflow);
+  EXPECT_EQ(errorNumber([] { Variant(2147483648.0).toLong(); }), ErrorNumber::Overflow);
+  EXPECT_EQ(errorNumber([] { Variant(2147483647.5).toLong(); }), ErrorNumber::Overflow);
+  EXPECT_EQ(errorNumber([] { Variant(-2147483649.0).toLong(); }), ErrorNumber::Overflow);
+  EXPECT_EQ(errorNumber([] { Variant(Currency{21474836480000}).toLong(); }), ErrorNumber::Overflow);
 
   EXPECT_EQ(Variant(255).toByte(), 255);
-  EXPECT_EQ(errorOf([] { Variant(256).toByte(); }), ErrorNumber::Overflow);
-  EXPECT_EQ(errorOf([] { Variant(-1).toByte(); }), ErrorNumber::Overflow);
-  EXPECT_EQ(errorOf([] { Variant(1e39).toSingle(); }), ErrorNumber::Overflow);
-  EXPECT_EQ(errorOf([] { Variant(1e15).toCurrency(); }), ErrorNumber::Overflow);
+  EXPECT_EQ(errorNumber([] { Variant(256).toByte(); }), ErrorNumber::Overflow);
+  EXPECT_EQ(errorNumber([] { Variant(-1).toByte(); }), ErrorNumber::Overflow);
+  EXPECT_EQ(errorNumber([] { Variant(1e39).toSingle(); }), ErrorNumber::Overflow);
+  EXPECT_EQ(errorNumber([] { Variant(1e15).toCurrency(); }), ErrorNumber::Overflow);
   EXPECT_EQ(Variant(900000000000000.0).toCurrency().scaled, 9000000000000000000);
 }
 
 TEST_F(Conversions, NullEmptyAndTextThatIsNoNumber) {
   const Variant null = Variant::null();
-  EXPECT_EQ(errorOf([&] { null.toInteger(); }), ErrorNumber::InvalidUseOfNull);
-  EXPECT_EQ(errorOf([&] { null.toLong(); }), ErrorNumber::InvalidUseOfNull);
-  EXPECT_EQ(errorOf([&] { null.toDouble(); }), ErrorNumber::InvalidUseOfNull);
-  EXPECT_EQ(errorOf([&] { null.toBool(); }), ErrorNumber::InvalidUseOfNull);
-  EXPECT_EQ(errorOf([&] { null.toString(); }), ErrorNumber::InvalidUseOfNull);
-  EXPECT_EQ(errorOf([&] { null.toDate(); }), ErrorNumber::InvalidUseOfNull);
-  EXPECT_EQ(errorOf([&] { null.toCurrency(); }), ErrorNumber::InvalidUseOfNull);
+  EXPECT_EQ(errorNumber([&] { null.toInteger(); }), ErrorNumber::InvalidUseOfNull);
+  EXPECT_EQ(errorNumber([&] { null.toLong(); }), ErrorNumber::InvalidUseOfNull);
+  EXPECT_EQ(errorNumber([&] { null.toDouble(); }), ErrorNumber::InvalidUseOfNull);
+  EXPECT_EQ(errorNumber([&] { null.toBool(); }), ErrorNumber::InvalidUseOfNull);
+  EXPECT_EQ(errorNumber([&] { null.toString(); }), ErrorNumber::InvalidUseOfNull);
+  EXPECT_EQ(errorNumber([&] { null.toDate(); }), ErrorNumber::InvalidUseOfNull);
+  EXPECT_EQ(errorNumber([&] { null.toCurrency(); }), ErrorNumber::InvalidUseOfNull);
 
   const Variant empty;
   EXPECT_EQ(empty.toInteger(), 0);
@@ -81,11 +81,11 @@ TEST_F(Conversions, NullEmptyAndTextThatIsNoNumber) {
   EXPECT_EQ(empty.toDate().serial, 0.0);
 
   for (const char *text : {"abc", "", "12abc", "&HXYZ", "1e", "--1"})
-    EXPECT_EQ(errorOf([&] { Variant(text).toDouble(); }), ErrorNumber::TypeMismatch) << text;
-  EXPECT_EQ(errorOf([] { Variant("abc").toInteger(); }), ErrorNumber::TypeMismatch);
-  EXPECT_EQ(errorOf([] { Variant("abc").toLong(); }), ErrorNumber::TypeMismatch);
-  EXPECT_EQ(errorOf([] { Variant("abc").toDate(); }), ErrorNumber::TypeMismatch);
-  EXPECT_EQ(errorOf([] { Variant(VariantArray::fromValues({1, 2})).toString(); }), ErrorNumber::TypeMismatch);
+    EXPECT_EQ(errorNumber([&] { Variant(text).toDouble(); }), ErrorNumber::TypeMismatch) << text;
+  EXPECT_EQ(errorNumber([] { Variant("abc").toInteger(); }), ErrorNumber::TypeMismatch);
+  EXPECT_EQ(errorNumber([] { Variant("abc").toLong(); }), ErrorNumber::TypeMismatch);
+  EXPECT_EQ(errorNumber([] { Variant("abc").toDate(); }), ErrorNumber::TypeMismatch);
+  EXPECT_EQ(errorNumber([] { Variant(VariantArray::fromValues({1, 2})).toString(); }), ErrorNumber::TypeMismatch);
   EXPECT_EQ(Variant::null().toText(), QString());
 }
 
@@ -109,7 +109,7 @@ TEST_F(Conversions, NumbersReadFromText) {
   EXPECT_EQ(Variant("&HFFFFFFFF").toLong(), -1);
   EXPECT_EQ(Variant("&O17").toLong(), 15);
   EXPECT_EQ(Variant("1,234").toInteger(), 1234);
-  EXPECT_EQ(errorOf([] { Variant("1 234").toDouble(); }), ErrorNumber::TypeMismatch);
+  EXPECT_EQ(errorNumber([] { Variant("1 234").toDouble(); }), ErrorNumber::TypeMismatch);
   EXPECT_FLOAT_EQ(Variant("1,5").toSingle(), 15.0f); // "," groups here
 }
 
@@ -123,8 +123,8 @@ TEST_F(Conversions, CBool) {
   EXPECT_TRUE(Variant(0.1).toBool());
   EXPECT_FALSE(Variant(0).toBool());
   EXPECT_TRUE(Variant(Date{1}).toBool());
-  EXPECT_EQ(errorOf([] { Variant("yes").toBool(); }), ErrorNumber::TypeMismatch);
-  EXPECT_EQ(errorOf([] { Variant("").toBool(); }), ErrorNumber::TypeMismatch);
+  EXPECT_EQ(errorNumber([] { Variant("yes").toBool(); }), ErrorNumber::TypeMismatch);
+  EXPECT_EQ(errorNumber([] { Variant("").toBool(); }), ErrorNumber::TypeMismatch);
   EXPECT_EQ(Variant(true).toInteger(), -1);
   EXPECT_EQ(Variant(true).toDouble(), -1.0);
   EXPECT_EQ(Variant(false).toLong(), 0);
@@ -172,10 +172,10 @@ TEST_F(Conversions, CDate) {
   EXPECT_EQ(Variant("2023-03-15 18:00").toDate().serial, 45000.75);
   EXPECT_EQ(Variant(36526.5).toDate().serial, 36526.5);
   EXPECT_EQ(Variant(true).toDate().serial, -1.0);
-  EXPECT_EQ(errorOf([] { Variant(3e6).toDate(); }), ErrorNumber::Overflow);
-  EXPECT_EQ(errorOf([] { Variant(-657435.0).toDate(); }), ErrorNumber::Overflow);
+  EXPECT_EQ(errorNumber([] { Variant(3e6).toDate(); }), ErrorNumber::Overflow);
+  EXPECT_EQ(errorNumber([] { Variant(-657435.0).toDate(); }), ErrorNumber::Overflow);
   EXPECT_EQ(Variant(-657434.0).toDate().serial, -657434.0);
-  EXPECT_EQ(errorOf([] { Variant("2023-02-30").toDate(); }), ErrorNumber::TypeMismatch);
+  EXPECT_EQ(errorNumber([] { Variant("2023-02-30").toDate(); }), ErrorNumber::TypeMismatch);
   EXPECT_DOUBLE_EQ(Variant(Date{45000.25}).toDouble(), 45000.25);
 }
 
@@ -184,8 +184,8 @@ TEST_F(Conversions, ObjectsConvertThroughTheirDefaultValue) {
   EXPECT_EQ(field.toLong(), 42);
   EXPECT_EQ(field.toString(), QString("42"));
   EXPECT_EQ(field.typeName(), QString("ValueObject"));
-  EXPECT_EQ(errorOf([] { Variant::nothing().toLong(); }), ErrorNumber::ObjectNotSet);
-  EXPECT_EQ(errorOf([] { Variant(5).toObject(); }), ErrorNumber::ObjectRequired);
+  EXPECT_EQ(errorNumber([] { Variant::nothing().toLong(); }), ErrorNumber::ObjectNotSet);
+  EXPECT_EQ(errorNumber([] { Variant(5).toObject(); }), ErrorNumber::ObjectRequired);
 }
 
 TEST_F(Conversions, SwedishSettingsReadAndWriteDecimalComma) {

@@ -24,15 +24,6 @@ void RegionalTest::useLocale(const char *name) {
   setRegional(RegionalSettings::fromLocale(QLocale(QString::fromLatin1(name))));
 }
 
-int errorOf(const std::function<void()> &call) {
-  try {
-    call();
-  } catch (const Error &error) {
-    return error.number();
-  }
-  return 0;
-}
-
 Date dateTime(int year, int month, int day, int hours, int minutes, int seconds) {
   return combineDateTime(dateFromQt(QDate(year, month, day)), timeFromParts(hours, minutes, seconds));
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "support/ErrorCapture.h"
 #include "core/Object.h"
 #include "core/Regional.h"
 #include "core/Variant.h"
@@ -32,9 +33,6 @@ protected:
 private:
   RegionalSettings saved_;
 };
-
-// The number of the error that the call raises; 0 when it raises none.
-int errorOf(const std::function<void()> &call);
 
 // A date and time from its parts.
 Date dateTime(int year, int month, int day, int hours = 0, int minutes = 0, int seconds = 0);

@@ -11,7 +11,7 @@ namespace kordel {
 namespace {
 
 using test::dateTime;
-using test::errorOf;
+using test::errorNumber;
 
 class Dates : public test::RegionalTest {};
 
@@ -56,8 +56,8 @@ TEST_F(Dates, DateSerialRollsOver) {
   EXPECT_EQ(calendarDate(dateFromParts(29, 1, 1)), QDate(2029, 1, 1));
   EXPECT_EQ(calendarDate(dateFromParts(30, 1, 1)), QDate(1930, 1, 1));
   EXPECT_EQ(calendarDate(dateFromParts(99, 12, 31)), QDate(1999, 12, 31));
-  EXPECT_EQ(errorOf([] { dateFromParts(10000, 1, 1); }), ErrorNumber::Overflow);
-  EXPECT_EQ(errorOf([] { dateFromParts(9999, 12, 32); }), ErrorNumber::Overflow);
+  EXPECT_EQ(errorNumber([] { dateFromParts(10000, 1, 1); }), ErrorNumber::Overflow);
+  EXPECT_EQ(errorNumber([] { dateFromParts(9999, 12, 32); }), ErrorNumber::Overflow);
   EXPECT_EQ(calendarDate(dateFromParts(9999, 12, 31)), QDate(9999, 12, 31));
 }
 
@@ -152,10 +152,10 @@ TEST_F(Dates, CStrAndCDateRoundTrip) {
 }
 
 TEST_F(Dates, RangeIsTheYears100To9999) {
-  EXPECT_EQ(errorOf([] { checkDateRange(-657434.0); }), 0);
-  EXPECT_EQ(errorOf([] { checkDateRange(2958465.99); }), 0);
-  EXPECT_EQ(errorOf([] { checkDateRange(-657435.0); }), ErrorNumber::Overflow);
-  EXPECT_EQ(errorOf([] { checkDateRange(2958466.0); }), ErrorNumber::Overflow);
+  EXPECT_EQ(errorNumber([] { checkDateRange(-657434.0); }), 0);
+  EXPECT_EQ(errorNumber([] { checkDateRange(2958465.99); }), 0);
+  EXPECT_EQ(errorNumber([] { checkDateRange(-657435.0); }), ErrorNumber::Overflow);
+  EXPECT_EQ(errorNumber([] { checkDateRange(2958466.0); }), ErrorNumber::Overflow);
   EXPECT_EQ(calendarDate(Date{-657434}), QDate(100, 1, 1));
   EXPECT_EQ(calendarDate(Date{2958465}), QDate(9999, 12, 31));
 }

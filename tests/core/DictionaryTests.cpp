@@ -9,7 +9,7 @@
 namespace kordel {
 namespace {
 
-using test::errorOf;
+using test::errorNumber;
 
 std::vector<Variant> keysOf(const Dictionary &d) { return d.keys(); }
 
@@ -46,7 +46,7 @@ TEST(DictionaryTest, KeysCompareByKind) {
   EXPECT_FALSE(d.exists("1"));
   d.add("1", "text one");
   EXPECT_EQ(d.count(), 2);
-  EXPECT_EQ(errorOf([&] { d.add(1.0, "again"); }), ErrorNumber::DuplicateKey);
+  EXPECT_EQ(errorNumber([&] { d.add(1.0, "again"); }), ErrorNumber::DuplicateKey);
   d.add(0.0, "zero");
   EXPECT_TRUE(d.exists(-0.0));
 
@@ -69,10 +69,10 @@ TEST(DictionaryTest, BinaryAndTextCompareMode) {
   text.add("Key", 1);
   EXPECT_TRUE(text.exists("KEY"));
   EXPECT_EQ(text.item("kEY"), Variant(1));
-  EXPECT_EQ(errorOf([&] { text.add("KEY", 2); }), ErrorNumber::DuplicateKey);
+  EXPECT_EQ(errorNumber([&] { text.add("KEY", 2); }), ErrorNumber::DuplicateKey);
   EXPECT_EQ(keysOf(text), (std::vector<Variant>{"Key"})); // the key keeps its first spelling
   // The mode is fixed once the dictionary holds something.
-  EXPECT_EQ(errorOf([&] { text.setCompareMode(CompareMode::Binary); }), ErrorNumber::InvalidCall);
+  EXPECT_EQ(errorNumber([&] { text.setCompareMode(CompareMode::Binary); }), ErrorNumber::InvalidCall);
   text.removeAll();
   text.setCompareMode(CompareMode::Binary);
   EXPECT_EQ(text.compareMode(), CompareMode::Binary);
@@ -81,9 +81,9 @@ TEST(DictionaryTest, BinaryAndTextCompareMode) {
 TEST(DictionaryTest, MissingKeys) {
   Dictionary d;
   d.add("a", 1);
-  EXPECT_EQ(errorOf([&] { d.add("a", 2); }), ErrorNumber::DuplicateKey);
+  EXPECT_EQ(errorNumber([&] { d.add("a", 2); }), ErrorNumber::DuplicateKey);
   EXPECT_EQ(d.item("a"), Variant(1)); // the failed Add changed nothing
-  EXPECT_EQ(errorOf([&] { d.remove("missing"); }), ErrorNumber::ElementNotFound);
+  EXPECT_EQ(errorNumber([&] { d.remove("missing"); }), ErrorNumber::ElementNotFound);
   EXPECT_EQ(d.count(), 1);
 
   // Reading Item of a missing key adds it with Empty.
@@ -110,8 +110,8 @@ TEST(DictionaryTest, RenamingAKeyKeepsItsPlaceAndItem) {
   EXPECT_EQ(keysOf(d), (std::vector<Variant>{"a", "z", "c"}));
   EXPECT_EQ(d.item("z"), Variant(2));
   EXPECT_FALSE(d.exists("b"));
-  EXPECT_EQ(errorOf([&] { d.renameKey("a", "c"); }), ErrorNumber::DuplicateKey);
-  EXPECT_EQ(errorOf([&] { d.renameKey("missing", "q"); }), ErrorNumber::ElementNotFound);
+  EXPECT_EQ(errorNumber([&] { d.renameKey("a", "c"); }), ErrorNumber::DuplicateKey);
+  EXPECT_EQ(errorNumber([&] { d.renameKey("missing", "q"); }), ErrorNumber::ElementNotFound);
   d.remove("a");
   EXPECT_EQ(d.item("z"), Variant(2));
   EXPECT_EQ(d.item("c"), Variant(3));
@@ -165,16 +165,16 @@ TEST(DictionaryTest, LateBoundMembersIgnoreCase) {
 TEST(DictionaryTest, LateBoundErrors) {
   auto d = std::make_shared<Dictionary>();
   Object &object = *d;
-  EXPECT_EQ(errorOf([&] { object.invoke("Frobnicate"); }), ErrorNumber::NoSuchMember);
-  EXPECT_EQ(errorOf([&] { object.set("Frobnicate", 1); }), ErrorNumber::NoSuchMember);
-  EXPECT_EQ(errorOf([&] { object.set("Count", 1); }), ErrorNumber::NoSuchMember);
-  EXPECT_EQ(errorOf([&] { object.invoke("Add", {"only key"}); }), ErrorNumber::WrongArgumentCount);
-  EXPECT_EQ(errorOf([&] { object.invoke("Exists"); }), ErrorNumber::WrongArgumentCount);
+  EXPECT_EQ(errorNumber([&] { object.invoke("Frobnicate"); }), ErrorNumber::NoSuchMember);
+  EXPECT_EQ(errorNumber([&] { object.set("Frobnicate", 1); }), ErrorNumber::NoSuchMember);
+  EXPECT_EQ(errorNumber([&] { object.set("Count", 1); }), ErrorNumber::NoSuchMember);
+  EXPECT_EQ(errorNumber([&] { object.invoke("Add", {"only key"}); }), ErrorNumber::WrongArgumentCount);
+  EXPECT_EQ(errorNumber([&] { object.invoke("Exists"); }), ErrorNumber::WrongArgumentCount);
   object.invoke("Add", {"a", 1});
-  EXPECT_EQ(errorOf([&] { object.invoke("Add", {"a", 2}); }), ErrorNumber::DuplicateKey);
-  EXPECT_EQ(errorOf([&] { object.invoke("Remove", {"b"}); }), ErrorNumber::ElementNotFound);
-  EXPECT_EQ(errorOf([&] { object.set("CompareMode", 1); }), ErrorNumber::InvalidCall);
-  EXPECT_EQ(errorOf([&] {
+  EXPECT_EQ(errorNumber([&] { object.invoke("Add", {"a", 2}); }), ErrorNumber::DuplicateKey);
+  EXPECT_EQ(errorNumber([&] { object.invoke("Remove", {"b"}); }), ErrorNumber::ElementNotFound);
+  EXPECT_EQ(errorNumber([&] { object.set("CompareMode", 1); }), ErrorNumber::InvalidCall);
+  EXPECT_EQ(errorNumber([&] {
               object.invoke("Add", {Variant(VariantArray::fromValues({1})), 1});
             }),
             ErrorNumber::InvalidCall);

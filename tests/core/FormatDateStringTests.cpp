@@ -11,7 +11,7 @@ namespace kordel {
 namespace {
 
 using test::dateTime;
-using test::errorOf;
+using test::errorNumber;
 
 QString fmt(const Variant &value, const char *format, int firstDay = 1, int firstWeek = 1) {
   return formatValue(value, QString::fromUtf8(format), firstDay, firstWeek);
@@ -118,7 +118,7 @@ TEST_F(FormatDates, WhatFormatTakesAsADate) {
   EXPECT_EQ(fmt(Date{1}, "yyyy-mm-dd"), "1899-12-31");
   EXPECT_EQ(fmt(Date{-1.25}, "yyyy-mm-dd hh:nn"), "1899-12-29 06:00");
   EXPECT_EQ(fmt(Date{44931}, ""), "2023-01-05");
-  EXPECT_EQ(errorOf([] { fmt(3e6, "yyyy"); }), ErrorNumber::Overflow);
+  EXPECT_EQ(errorNumber([] { fmt(3e6, "yyyy"); }), ErrorNumber::Overflow);
 }
 
 TEST_F(FormatDates, WeekdayAndWeekOfYear) {
@@ -157,8 +157,8 @@ TEST_F(FormatDates, WeekdayAndWeekOfYear) {
   // System settings: Sunday and 1 January for the C locale.
   EXPECT_EQ(fmt(day(2022, 1, 2), "ww", 0, 0), "2");
   EXPECT_EQ(vbWeekday(thursday.rawDate(), 0), 5);
-  EXPECT_EQ(errorOf([&] { vbWeekday(thursday.rawDate(), 8); }), ErrorNumber::InvalidCall);
-  EXPECT_EQ(errorOf([&] { vbWeekOfYear(thursday.rawDate(), 1, 4); }), ErrorNumber::InvalidCall);
+  EXPECT_EQ(errorNumber([&] { vbWeekday(thursday.rawDate(), 8); }), ErrorNumber::InvalidCall);
+  EXPECT_EQ(errorNumber([&] { vbWeekOfYear(thursday.rawDate(), 1, 4); }), ErrorNumber::InvalidCall);
 }
 
 TEST_F(FormatDates, RegionalSeparatorsNamesAndWeeks) {

@@ -12,7 +12,7 @@
 namespace kordel {
 namespace {
 
-using test::errorOf;
+using test::errorNumber;
 
 QString fmt(const Variant &value, const char *format) { return formatValue(value, QString::fromUtf8(format)); }
 
@@ -191,8 +191,8 @@ TEST_F(FormatNumbers, WhatFormatTakesAsANumber) {
   EXPECT_EQ(fmt(true, "0"), "-1");
   EXPECT_EQ(fmt(Variant(Date{45000.5}), "0.00"), "45000.50");
   EXPECT_EQ(fmt(Variant(std::make_shared<test::ValueObject>(Variant(1234.5))), "#,0"), "1,235");
-  EXPECT_EQ(errorOf([] { fmt(Variant(VariantArray::fromValues({1})), "0"); }), ErrorNumber::TypeMismatch);
-  EXPECT_EQ(errorOf([] { fmt(Variant::nothing(), "0"); }), ErrorNumber::ObjectNotSet);
+  EXPECT_EQ(errorNumber([] { fmt(Variant(VariantArray::fromValues({1})), "0"); }), ErrorNumber::TypeMismatch);
+  EXPECT_EQ(errorNumber([] { fmt(Variant::nothing(), "0"); }), ErrorNumber::ObjectNotSet);
 }
 
 TEST_F(FormatNumbers, AnEmptyFormatGivesCStr) {
@@ -234,9 +234,9 @@ TEST_F(FormatNumbers, TextReadsBackAsTheRoundedNumber) {
 }
 
 TEST_F(FormatNumbers, BadWeekArgumentsRaiseInvalidCall) {
-  EXPECT_EQ(errorOf([] { formatValue(5, "0", 8, 1); }), ErrorNumber::InvalidCall);
-  EXPECT_EQ(errorOf([] { formatValue(5, "0", -1, 1); }), ErrorNumber::InvalidCall);
-  EXPECT_EQ(errorOf([] { formatValue(5, "0", 1, 4); }), ErrorNumber::InvalidCall);
+  EXPECT_EQ(errorNumber([] { formatValue(5, "0", 8, 1); }), ErrorNumber::InvalidCall);
+  EXPECT_EQ(errorNumber([] { formatValue(5, "0", -1, 1); }), ErrorNumber::InvalidCall);
+  EXPECT_EQ(errorNumber([] { formatValue(5, "0", 1, 4); }), ErrorNumber::InvalidCall);
 }
 
 } // namespace

@@ -1,3 +1,4 @@
+#include "support/ErrorCapture.h"
 #include "Unprivileged.h"
 
 #include "host/IniFile.h"
@@ -14,6 +15,7 @@
 
 using kordel::Error;
 using kordel::host::IniFile;
+using kordel::test::errorNumber;
 using kordel::test::TempDir;
 
 namespace {
@@ -35,6 +37,7 @@ const QStringList kHostileValues{
     QStringLiteral("\\n is not a line break"),
     QStringLiteral("\"quoted on its own\""),
     QString::fromUtf8("åäö ÅÄÖ ß 日本語 🎉"),
+    QStringLiteral("/home/ann/Documents") + QString(4, QChar(0)) + QStringLiteral("\\0"),
 };
 
 const QStringList kHostileNames{
@@ -44,15 +47,6 @@ const QStringList kHostileNames{
     QStringLiteral("[bracket"),    QStringLiteral("line\nbreak"),
     QStringLiteral("back\\slash"),
 };
-
-int errorNumber(const std::function<void()> &action) {
-  try {
-    action();
-  } catch (const Error &error) {
-    return error.number();
-  }
-  return 0;
-}
 
 QString errorText(const std::function<void()> &action) {
   try {

@@ -1,3 +1,4 @@
+#include "support/ErrorCapture.h"
 #include "host/IniTranslator.h"
 
 #include "core/Error.h"
@@ -10,18 +11,10 @@
 using kordel::Error;
 using kordel::Variant;
 using kordel::host::IniTranslator;
+using kordel::test::errorNumber;
 using kordel::test::TempDir;
 
 namespace {
-
-int errorNumber(const std::function<void()> &action) {
-  try {
-    action();
-  } catch (const Error &error) {
-    return error.number();
-  }
-  return 0;
-}
 
 // A translation folder with an English and a Swedish file.
 class TranslationFolder : public ::testing::Test {

@@ -1,3 +1,4 @@
+#include "support/ErrorCapture.h"
 #include "Unprivileged.h"
 
 #include "host/IniFile.h"
@@ -20,20 +21,12 @@ using kordel::Error;
 using kordel::Variant;
 using kordel::host::RegistryKeyObject;
 using kordel::host::SettingsStore;
+using kordel::test::errorNumber;
 using kordel::test::TempDir;
 
 namespace {
 
 const QString kRoot = QStringLiteral("HKEY_CURRENT_USER\\Software\\Skarnholt\\Orvex\\Modules\\StandardReports");
-
-int errorNumber(const std::function<void()> &action) {
-  try {
-    action();
-  } catch (const Error &error) {
-    return error.number();
-  }
-  return 0;
-}
 
 } // namespace
 

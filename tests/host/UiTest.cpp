@@ -1,3 +1,4 @@
+#include "support/ErrorCapture.h"
 #include "host/BatchUi.h"
 #include "host/FileDialogFilter.h"
 #include "host/QtUi.h"
@@ -23,18 +24,10 @@ using kordel::Error;
 using kordel::host::BatchUi;
 using kordel::host::QtUi;
 using kordel::hostapi::FileDialogRequest;
+using kordel::test::errorNumber;
 namespace MsgBox = kordel::hostapi::MsgBox;
 
 namespace {
-
-int errorNumber(const std::function<void()> &action) {
-  try {
-    action();
-  } catch (const Error &error) {
-    return error.number();
-  }
-  return 0;
-}
 
 // Runs an action on the next modal window once it is open.
 void whenModalOpens(std::function<void(QWidget &)> action) {

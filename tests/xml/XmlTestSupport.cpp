@@ -37,16 +37,6 @@ QByteArray StderrCapture::text() const {
   return text;
 }
 
-Error errorOf(const std::function<void()> &action) {
-  try {
-    action();
-  } catch (const Error &error) {
-    return error;
-  }
-  ADD_FAILURE() << "no error was raised";
-  return Error(0, {}, QStringLiteral("none"));
-}
-
 QStringList hostileValues() {
   return {
       QString(),

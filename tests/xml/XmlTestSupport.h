@@ -1,5 +1,6 @@
 #pragma once
 
+#include "support/ErrorCapture.h"
 #include "core/Error.h"
 
 #include <QByteArray>
@@ -25,10 +26,6 @@ private:
   int savedFd_;
   int captureFd_;
 };
-
-// The Error that action raises; a test failure and number 0 when it raises
-// none.
-Error errorOf(const std::function<void()> &action);
 
 // Values that tend to break XML writers and readers: line breaks of every
 // kind, tabs, quotes, markup characters, non-ASCII letters, emoji, blanks
