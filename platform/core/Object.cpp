@@ -19,6 +19,30 @@ const Member *MemberTable::find(const QString &name) const {
   return base_ ? base_->find(name) : nullptr;
 }
 
+Variant applyArguments(const Variant &value, Args &args) {
+  if (args.empty())
+    return value;
+  if (value.isArray()) {
+    std::vector<std::int32_t> subscripts;
+    for (const Variant &a : args)
+      subscripts.push_back(a.toLong());
+    return value.array().at(subscripts);
+  }
+  if (!value.isObject())
+    raiseError(ErrorNumber::WrongArgumentCount);
+  if (!value.rawObject())
+    raiseError(ErrorNumber::ObjectNotSet);
+  return value.rawObject()->call(QString(), args);
+}
+
+void assignThroughDefault(const Variant &target, Args &args, const Variant &value) {
+  if (!target.isObject())
+    raiseError(ErrorNumber::WrongArgumentCount);
+  if (!target.rawObject())
+    raiseError(ErrorNumber::ObjectNotSet);
+  target.rawObject()->set(QString(), args, value);
+}
+
 const Variant &arg(const Args &args, std::size_t index) {
   static const Variant empty;
   return index < args.size() ? args[index] : empty;
@@ -69,9 +93,16 @@ Variant Object::invoke(const QString &name, Args args) { return call(name, args)
 
 void Object::set(const QString &name, Args &args, const Variant &value) {
   const Member &member = findMember(name);
-  if (!member.set)
+  if (!member.set) {
+    // obj.Items(k) = v on a read-only property: the property's value takes it.
+    if (!args.empty() && !member.isMethod) {
+      Args none;
+      assignThroughDefault(member.get(*this, none), args, value);
+      return;
+    }
     raiseError(ErrorNumber::NoSuchMember, typeName(),
                QStringLiteral("Property '%1' cannot be assigned").arg(member.name));
+  }
   member.set(*this, args, value);
 }
 
@@ -81,6 +112,11 @@ void Object::set(const QString &name, const Variant &value) {
 }
 
 bool Object::hasMember(const QString &name) const { return memberTable().find(name) != nullptr; }
+
+bool Object::isMethod(const QString &name) const {
+  const Member *member = memberTable().find(name);
+  return member && member->isMethod;
+}
 
 std::unique_ptr<Enumerator> Object::enumerate() {
   raiseError(ErrorNumber::NoSuchMember, typeName(), QStringLiteral("Object doesn't support For Each"));

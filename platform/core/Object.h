@@ -44,6 +44,14 @@ private:
   QString defaultMember_;
 };
 
+// The value of a property read with arguments it does not take: the
+// arguments go to the value's default member (an array takes them as
+// subscripts). Without arguments the value itself.
+Variant applyArguments(const Variant &value, Args &args);
+// The assignment obj.Prop(args) = value for a property without parameters:
+// the value's default member is assigned with the arguments.
+void assignThroughDefault(const Variant &target, Args &args, const Variant &value);
+
 // Typed helpers to declare members with lambdas on the class itself:
 //
 //   const MemberTable &Dictionary::memberTable() const {
@@ -53,14 +61,26 @@ private:
 //     }};
 //     return table;
 //   }
+//
+// Arguments given to a property that takes none go to the default member of
+// its value, as in VB: obj.Items(1) is obj.Items.Item(1), and
+// obj.Items(1) = v assigns obj.Items.Item(1).
 template <class T, class Get> Member property(const char *name, Get get) {
-  return Member{QString::fromLatin1(name), [get](Object &self, Args &) { return Variant(get(static_cast<T &>(self))); },
+  return Member{QString::fromLatin1(name),
+                [get](Object &self, Args &args) { return applyArguments(Variant(get(static_cast<T &>(self))), args); },
                 nullptr, false};
 }
 
 template <class T, class Get, class Set> Member property(const char *name, Get get, Set set) {
-  return Member{QString::fromLatin1(name), [get](Object &self, Args &) { return Variant(get(static_cast<T &>(self))); },
-                [set](Object &self, Args &, const Variant &value) { set(static_cast<T &>(self), value); }, false};
+  return Member{QString::fromLatin1(name),
+                [get](Object &self, Args &args) { return applyArguments(Variant(get(static_cast<T &>(self))), args); },
+                [get, set](Object &self, Args &args, const Variant &value) {
+                  if (args.empty())
+                    set(static_cast<T &>(self), value);
+                  else
+                    assignThroughDefault(Variant(get(static_cast<T &>(self))), args, value);
+                },
+                false};
 }
 
 // A property with arguments, such as Item(key), read and optionally written.
@@ -132,6 +152,10 @@ public:
 
   // Whether the object has a member of that name.
   virtual bool hasMember(const QString &name) const;
+  // Whether that member is a method rather than a property. Languages that
+  // tell "obj.Name" from "obj.Name()" read a property at once and hand out
+  // a method as a function. False for unknown members.
+  virtual bool isMethod(const QString &name) const;
 
   // For Each over the object; raises 438 for objects that are no collection.
   virtual std::unique_ptr<Enumerator> enumerate();

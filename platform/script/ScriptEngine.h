@@ -1,0 +1,116 @@
+#pragma once
+
+#include "core/Error.h"
+#include "core/Object.h"
+#include "core/Variant.h"
+
+#include <QString>
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+
+namespace kordel::script {
+
+// A compile or run-time error of a script, with the place it happened.
+// Lines and columns count from 1 within the text given to addCode or
+// evaluate; 0 when the error arose outside any statement.
+class ScriptError : public Error {
+public:
+  ScriptError(const Error &error, int line, int column, bool compileError = false);
+
+  int line() const { return line_; }
+  int column() const { return column_; }
+  // True for a syntax error found before the script ran.
+  bool isCompileError() const { return compileError_; }
+
+protected:
+  void setPlace(int line, int column);
+
+private:
+  int line_;
+  int column_;
+  bool compileError_;
+};
+
+// The limits of one entry into an engine from the host: a call, an
+// evaluate or an addCode, with everything the script calls in turn.
+// Zero means no limit. When the time or the statements are spent the
+// script ends with an error (1001) that On Error Resume Next cannot catch;
+// calls nested too deep raise Out of stack space (28). The default time
+// keeps a runaway layout script from hanging a run; hosts that run long
+// automation scripts lift it.
+struct ScriptBudget {
+  int milliseconds = 30000;    // wall-clock time of the entry
+  std::int64_t statements = 0; // statements and loop turns executed
+  int recursionDepth = 1000;   // nested procedure calls
+  // The largest string and array a script may build.
+  qsizetype maxStringLength = qsizetype(1) << 26;
+  qsizetype maxArrayElements = qsizetype(1) << 23;
+};
+
+// The user-interface seam: MsgBox and InputBox reach the user only through
+// these callbacks, which the host connects to its own dialogs. Without
+// them the two functions raise an error.
+struct ScriptUi {
+  // Returns the button pressed, as MsgBox returns it (vbOK = 1 ...).
+  std::function<int(const QString &prompt, int buttons, const QString &title)> messageBox;
+  // Returns the text entered, or nothing when the user cancelled.
+  std::function<std::optional<QString>(const QString &prompt, const QString &title, const QString &defaultText)>
+      inputBox;
+};
+
+// Makes the object for CreateObject(progId); nullptr when the ProgID is not
+// on the host's list, and CreateObject then raises 429.
+using ObjectFactory = std::function<ObjectRef(const QString &progId)>;
+
+// A script engine of one language. Hosts add named items (objects that
+// scripts see by name) and code, then call procedures and evaluate
+// expressions; values and objects cross in both directions as Variant and
+// Object. Every failure leaves as a ScriptError.
+class ScriptEngine {
+public:
+  virtual ~ScriptEngine();
+
+  // "VBScript" or "JScript".
+  virtual QString language() const = 0;
+
+  // Makes an object visible to scripts under a name. With globalMembers
+  // the object's members are also reachable without the name, as if they
+  // were global functions and variables (used for expression contexts such
+  // as a record whose fields scripts read by name).
+  virtual void addNamedItem(const QString &name, const ObjectRef &object, bool globalMembers = false) = 0;
+
+  // Compiles a block of code, adds its procedures, classes and variables
+  // and runs its global statements. A syntax error adds nothing.
+  virtual void addCode(const QString &code) = 0;
+
+  virtual bool hasProcedure(const QString &name) const = 0;
+
+  // Calls a procedure with arguments. Arguments the procedure takes by
+  // reference are written back into args.
+  virtual Variant call(const QString &name, Args &args) = 0;
+
+  // Evaluates one expression in the global scope of the scripts added.
+  virtual Variant evaluate(const QString &expression) = 0;
+
+  // The global scope as an object: its procedures can be called and its
+  // variables read and written by name, late bound.
+  virtual ObjectRef codeObject() = 0;
+
+  // The host's part of CreateObject; the engine knows only
+  // "Scripting.Dictionary" by itself.
+  virtual void setObjectFactory(ObjectFactory factory) = 0;
+  virtual void setUi(ScriptUi ui) = 0;
+  virtual void setBudget(const ScriptBudget &budget) = 0;
+  // Whether scripts may run code given as text (Execute, ExecuteGlobal,
+  // Eval). Off by default; when off those raise 70.
+  virtual void setDynamicCodeAllowed(bool allowed) = 0;
+};
+
+// A new engine for a language named as layouts name it ("VBScript",
+// "JScript"), without regard to case. Raises 5 for a language it lacks.
+std::unique_ptr<ScriptEngine> createScriptEngine(const QString &language);
+
+} // namespace kordel::script

@@ -1,0 +1,105 @@
+#include "script/vbscript/VbErrors.h"
+
+#include "script/ScriptEngine.h"
+
+namespace kordel::script::vb {
+
+QString vbErrorDescription(int number) {
+  switch (number) {
+  case VbError::OutOfStackSpace: return QStringLiteral("Out of stack space");
+  case VbError::SubNotDefined: return QStringLiteral("Sub or Function not defined");
+  case VbError::ForLoopNotInitialized: return QStringLiteral("For loop not initialized");
+  case VbError::NotACollection: return QStringLiteral("Object not a collection");
+  case VbError::VariableUndefined: return QStringLiteral("Variable is undefined");
+  case VbError::IllegalAssignment: return QStringLiteral("Illegal assignment");
+  case VbError::ClassNotDefined: return QStringLiteral("Class not defined");
+  case VbError::ScriptTimeout: return QStringLiteral("The script ran longer than it may");
+  case VbError::SyntaxError: return QStringLiteral("Syntax error");
+  case VbError::ExpectedColon: return QStringLiteral("Expected ':'");
+  case VbError::ExpectedLParen: return QStringLiteral("Expected '('");
+  case VbError::ExpectedRParen: return QStringLiteral("Expected ')'");
+  case VbError::ExpectedIdentifier: return QStringLiteral("Expected identifier");
+  case VbError::ExpectedEqual: return QStringLiteral("Expected '='");
+  case VbError::ExpectedIf: return QStringLiteral("Expected 'If'");
+  case VbError::ExpectedTo: return QStringLiteral("Expected 'To'");
+  case VbError::ExpectedEnd: return QStringLiteral("Expected 'End'");
+  case VbError::ExpectedFunction: return QStringLiteral("Expected 'Function'");
+  case VbError::ExpectedSub: return QStringLiteral("Expected 'Sub'");
+  case VbError::ExpectedThen: return QStringLiteral("Expected 'Then'");
+  case VbError::ExpectedWend: return QStringLiteral("Expected 'Wend'");
+  case VbError::ExpectedLoop: return QStringLiteral("Expected 'Loop'");
+  case VbError::ExpectedNext: return QStringLiteral("Expected 'Next'");
+  case VbError::ExpectedCase: return QStringLiteral("Expected 'Case'");
+  case VbError::ExpectedSelect: return QStringLiteral("Expected 'Select'");
+  case VbError::ExpectedExpression: return QStringLiteral("Expected expression");
+  case VbError::ExpectedStatement: return QStringLiteral("Expected statement");
+  case VbError::ExpectedEndOfStatement: return QStringLiteral("Expected end of statement");
+  case VbError::ExpectedIntegerConstant: return QStringLiteral("Expected integer constant");
+  case VbError::ExpectedWhileOrUntil: return QStringLiteral("Expected 'While' or 'Until'");
+  case VbError::ExpectedWith: return QStringLiteral("Expected 'With'");
+  case VbError::IdentifierTooLong: return QStringLiteral("Identifier too long");
+  case VbError::InvalidNumber: return QStringLiteral("Invalid number");
+  case VbError::InvalidCharacter: return QStringLiteral("Invalid character");
+  case VbError::UnterminatedString: return QStringLiteral("Unterminated string constant");
+  case VbError::InvalidUseOfMe: return QStringLiteral("Invalid use of 'Me' keyword");
+  case VbError::LoopWithoutDo: return QStringLiteral("'loop' without 'do'");
+  case VbError::InvalidExit: return QStringLiteral("Invalid 'exit' statement");
+  case VbError::InvalidForVariable: return QStringLiteral("Invalid 'for' loop control variable");
+  case VbError::NameRedefined: return QStringLiteral("Name redefined");
+  case VbError::MustBeFirstStatement: return QStringLiteral("Must be first statement on the line");
+  case VbError::ParenthesesOnSubCall: return QStringLiteral("Cannot use parentheses when calling a Sub");
+  case VbError::ExpectedLiteralConstant: return QStringLiteral("Expected literal constant");
+  case VbError::ExpectedIn: return QStringLiteral("Expected 'In'");
+  case VbError::ExpectedClass: return QStringLiteral("Expected 'Class'");
+  case VbError::MustBeInsideClass: return QStringLiteral("Must be defined inside a Class");
+  case VbError::ExpectedLetSetGet: return QStringLiteral("Expected Let or Set or Get in property declaration");
+  case VbError::ExpectedProperty: return QStringLiteral("Expected 'Property'");
+  case VbError::InconsistentPropertyArguments:
+    return QStringLiteral("Number of arguments must be consistent across properties specification");
+  case VbError::MultipleDefaults: return QStringLiteral("Cannot have multiple default property/method in a Class");
+  case VbError::InitializeWithArguments: return QStringLiteral("Class initialize or terminate do not have arguments");
+  case VbError::PropertyLetWithoutArgument:
+    return QStringLiteral("Property set or let must have at least one argument");
+  case VbError::UnexpectedNext: return QStringLiteral("Unexpected 'Next'");
+  case VbError::DefaultNotOnProperty:
+    return QStringLiteral("'Default' specification can only be on Property Get, Function or Sub");
+  case VbError::ExpressionTooComplex: return QStringLiteral("Expression too complex");
+  default: return QString();
+  }
+}
+
+QString standardDescription(int number) {
+  const QString own = vbErrorDescription(number);
+  return own.isNull() ? defaultDescription(number) : own;
+}
+
+RunError::RunError(const Error &error, QString subject) : ScriptError(error, 0, 0), subject_(std::move(subject)) {
+  if (source().isEmpty())
+    setSource(runtimeErrorSource());
+}
+
+ScriptError RunError::toScriptError() const {
+  const QString text = subject_.isEmpty() ? description() : QStringLiteral("%1: '%2'").arg(description(), subject_);
+  return ScriptError(Error(number(), source(), text), line(), column());
+}
+
+void raiseNamedError(int number, const QString &subject) {
+  throw RunError(Error(number, runtimeErrorSource(), standardDescription(number)), subject);
+}
+
+QString runtimeErrorSource() { return QStringLiteral("VBScript runtime error"); }
+
+QString compileErrorSource() { return QStringLiteral("VBScript compilation error"); }
+
+void raiseNoSuchMember(const QString &name) { raiseNamedError(ErrorNumber::NoSuchMember, name); }
+
+void raiseIllegalAssignment(const QString &name) { raiseNamedError(VbError::IllegalAssignment, name); }
+
+void raiseNotACollection() { raiseNamedError(VbError::NotACollection, QString()); }
+
+void raiseCompileError(int number, int line, int column, const QString &description) {
+  const QString text = description.isEmpty() ? vbErrorDescription(number) : description;
+  throw ScriptError(Error(number, compileErrorSource(), text), line, column, true);
+}
+
+} // namespace kordel::script::vb
