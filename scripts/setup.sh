@@ -5,7 +5,7 @@ set -euo pipefail
 
 packages=(
   build-essential cmake ninja-build pkg-config
-  qt6-base-dev qt6-declarative-dev libqt6sql6-sqlite libqt6sql6-psql
+  qt6-base-dev qt6-declarative-dev libqt6sql6-sqlite libqt6sql6-psql postgresql
   libxml2-dev libtiff-dev libsqlite3-dev libcups2-dev
   googletest libgtest-dev libgmock-dev
   poppler-utils cups printer-driver-cups-pdf libtiff-tools

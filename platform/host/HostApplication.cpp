@@ -7,20 +7,27 @@
 #include "host/RegistryKeyObject.h"
 #include "host/SettingsStore.h"
 
+#include "nuvo/ExplorerList.h"
+#include "nuvo/ProgIds.h"
+
+#include "hostapi/ActiveUser.h"
+#include "hostapi/Classes.h"
 #include "hostapi/Database.h"
+#include "hostapi/Explorer.h"
 #include "hostapi/Printers.h"
 #include "hostapi/Ui.h"
 
 #include "core/Dictionary.h"
 #include "core/Error.h"
 
+#include <QCoreApplication>
 #include <QLocale>
 
 namespace kordel::host {
 
 HostApplication::HostApplication(std::shared_ptr<SettingsStore> settings, std::shared_ptr<FileLog> log,
                                  QString language)
-    : settings_(std::move(settings)), log_(std::move(log)),
+    : settings_(std::move(settings)), log_(std::move(log)), explorers_(std::make_shared<nuvo::ExplorerList>()),
       language_(language.isEmpty() ? defaultLanguage() : std::move(language)) {
   registerProgId(QString::fromLatin1(hostapi::kTranslatorProgId), [] { return std::make_shared<IniTranslator>(); });
   registerProgId(QString::fromLatin1(hostapi::kRegistryProgId),
@@ -28,6 +35,9 @@ HostApplication::HostApplication(std::shared_ptr<SettingsStore> settings, std::s
   registerProgId(QString::fromLatin1(hostapi::kHostToolsProgId), [] { return std::make_shared<HostToolsObject>(); });
   registerProgId(QString::fromLatin1(hostapi::kPrintersProgId), [] { return PrinterList::fromSystem(); });
   registerProgId(QStringLiteral("Scripting.Dictionary"), [] { return std::make_shared<Dictionary>(); });
+  nuvo::registerProgIds(
+      [this](const QString &progId, nuvo::ProgIdFactory factory) { registerProgId(progId, std::move(factory)); },
+      [this] { return database_; });
 }
 
 QString HostApplication::defaultLanguage() {
@@ -54,6 +64,34 @@ ObjectRef HostApplication::createObject(const QString &progId) {
 
 std::shared_ptr<hostapi::ApplicationLog> HostApplication::applicationLog() { return log_; }
 
+QString HostApplication::version() const { return QCoreApplication::applicationVersion(); }
+
+void HostApplication::setDatabase(std::shared_ptr<hostapi::Database> database) {
+  if (database != database_)
+    explorers_ = std::make_shared<nuvo::ExplorerList>();
+  database_ = std::move(database);
+}
+
+std::shared_ptr<hostapi::Classes> HostApplication::classes() {
+  auto classes = database_ ? database_->classes() : nullptr;
+  if (!classes)
+    raiseError(ErrorNumber::ObjectNotSet, typeName(), QStringLiteral("No database is open"));
+  return classes;
+}
+
+std::shared_ptr<hostapi::Explorers> HostApplication::explorers() { return explorers_; }
+
+std::shared_ptr<hostapi::Explorer> HostApplication::activeExplorer() { return explorers_->active(); }
+
+std::shared_ptr<hostapi::ActiveUser> HostApplication::activeUser() {
+  return database_ ? database_->activeUser() : nullptr;
+}
+
+void HostApplication::registerReportFactory(const QString &progId) {
+  if (!reportFactories_.contains(progId, Qt::CaseInsensitive))
+    reportFactories_ << progId;
+}
+
 void HostApplication::registerProgId(const QString &progId, Factory factory) {
   factories_.insert(progId.toCaseFolded(), std::move(factory));
 }
@@ -71,6 +109,18 @@ const MemberTable &HostApplication::memberTable() const {
                               }),
       property<HostApplication>("ApplicationLog", [](HostApplication &a) { return Variant(a.applicationLog()); }),
       property<HostApplication>("Database", [](HostApplication &a) { return Variant(ObjectRef(a.database())); }),
+      property<HostApplication>("Version", [](HostApplication &a) { return a.version(); }),
+      property<HostApplication>("Classes", [](HostApplication &a) { return Variant(a.classes()); }),
+      property<HostApplication>("Explorers", [](HostApplication &a) { return Variant(a.explorers()); }),
+      property<HostApplication>("ActiveExplorer",
+                                [](HostApplication &a) { return Variant(ObjectRef(a.activeExplorer())); }),
+      property<HostApplication>("ActiveUser", [](HostApplication &a) { return Variant(ObjectRef(a.activeUser())); }),
+      method<HostApplication>("RegisterReportFactory",
+                              [](HostApplication &a, Args &args) {
+                                expectArgs(args, 1, 1);
+                                a.registerReportFactory(args[0].toString());
+                                return Variant();
+                              }),
   }};
   return table;
 }

@@ -3,9 +3,14 @@
 #include "hostapi/Application.h"
 
 #include <QHash>
+#include <QStringList>
 
 #include <functional>
 #include <memory>
+
+namespace kordel::nuvo {
+class ExplorerList;
+}
 
 namespace kordel::host {
 
@@ -15,8 +20,10 @@ class SettingsStore;
 // The host application object that the add-in and automation scripts see.
 // It makes host objects by ProgID: "Skarnholt.Translator", "Orvex.Registry"
 // (over the settings store), "Orvex.HostTools", "Orvex.Printers" and
-// "Scripting.Dictionary"; later parts add theirs with registerProgId.
-// Late-bound: MousePointer, Language, CreateObject, ApplicationLog, Database.
+// "Scripting.Dictionary", and those of the data engine ("Nuvo.Pool" ...);
+// later parts add theirs with registerProgId. Late-bound: MousePointer,
+// Language, Version, CreateObject, ApplicationLog, Database, Classes,
+// Explorers, ActiveExplorer, ActiveUser, RegisterReportFactory.
 class HostApplication : public hostapi::Application {
 public:
   using Factory = std::function<ObjectRef()>;
@@ -35,14 +42,27 @@ public:
   // off for anything else; without an installed Ui only the shape is kept.
   void setMousePointer(int pointer) override;
   QString language() const override { return language_; }
+  // The version of the program, as the command line reports it.
+  QString version() const override;
   // ProgIDs are matched without regard to case.
   ObjectRef createObject(const QString &progId) override;
   std::shared_ptr<hostapi::ApplicationLog> applicationLog() override;
   std::shared_ptr<hostapi::Database> database() override { return database_; }
+  std::shared_ptr<hostapi::Classes> classes() override;
+  std::shared_ptr<hostapi::Explorers> explorers() override;
+  std::shared_ptr<hostapi::Explorer> activeExplorer() override;
+  std::shared_ptr<hostapi::ActiveUser> activeUser() override;
+  void registerReportFactory(const QString &progId) override;
 
   // Adds or replaces the factory of a ProgID.
   void registerProgId(const QString &progId, Factory factory);
-  void setDatabase(std::shared_ptr<hostapi::Database> database) { database_ = std::move(database); }
+  // Opening another database closes the list windows of the one before.
+  void setDatabase(std::shared_ptr<hostapi::Database> database);
+  // The list windows, for the desktop client and the command line to open
+  // and activate.
+  nuvo::ExplorerList &explorerList() { return *explorers_; }
+  // The add-in classes that registered report factories, in order.
+  const QStringList &reportFactories() const { return reportFactories_; }
   const std::shared_ptr<SettingsStore> &settings() const { return settings_; }
   const std::shared_ptr<FileLog> &log() const { return log_; }
 
@@ -53,6 +73,8 @@ private:
   std::shared_ptr<SettingsStore> settings_;
   std::shared_ptr<FileLog> log_;
   std::shared_ptr<hostapi::Database> database_;
+  std::shared_ptr<nuvo::ExplorerList> explorers_;
+  QStringList reportFactories_;
   QString language_;
   int mousePointer_ = hostapi::MousePointer::Default;
   QHash<QString, Factory> factories_; // folded ProgID -> factory

@@ -75,15 +75,15 @@ TEST_F(HostApplicationTest, CreatesEachHostObjectByProgId) {
 TEST_F(HostApplicationTest, AnUnknownProgIdRaises429NamingIt) {
   const auto app = makeApp();
   try {
-    app->createObject(QStringLiteral("Nuvo.Records"));
+    app->createObject(QStringLiteral("Orvex.Spreadsheet"));
     FAIL() << "no error";
   } catch (const Error &error) {
     EXPECT_EQ(error.number(), 429);
-    EXPECT_TRUE(error.description().contains(QStringLiteral("Nuvo.Records")));
+    EXPECT_TRUE(error.description().contains(QStringLiteral("Orvex.Spreadsheet")));
   }
 
-  app->registerProgId(QStringLiteral("Nuvo.Records"), [] { return std::make_shared<kordel::Dictionary>(); });
-  EXPECT_TRUE(std::dynamic_pointer_cast<kordel::Dictionary>(app->createObject(QStringLiteral("NUVO.RECORDS"))));
+  app->registerProgId(QStringLiteral("Orvex.Spreadsheet"), [] { return std::make_shared<kordel::Dictionary>(); });
+  EXPECT_TRUE(std::dynamic_pointer_cast<kordel::Dictionary>(app->createObject(QStringLiteral("ORVEX.SPREADSHEET"))));
 }
 
 TEST_F(HostApplicationTest, RegistryObjectsShareTheSettingsFile) {

@@ -1,6 +1,9 @@
 // orvex: the host's command line. Each sub command is one function in the
 // table below; later sub commands print, preview, export and design reports.
 
+#include "cli/DataCommands.h"
+#include "cli/ScriptCommand.h"
+
 #include "host/BatchUi.h"
 #include "host/FileLog.h"
 #include "host/HostApplication.h"
@@ -13,9 +16,11 @@
 #include <QApplication>
 #include <QCoreApplication>
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 
 #include <cstdio>
+#include <unistd.h>
 #include <functional>
 #include <map>
 
@@ -51,6 +56,8 @@ using Command = std::function<int(host::HostApplication &, const QStringList &)>
 const std::map<QString, std::pair<Command, const char *>> &commands() {
   static const std::map<QString, std::pair<Command, const char *>> table{
       {QStringLiteral("about"), {about, "show the version, the language and where settings, log and databases live"}},
+      {QStringLiteral("demo"), {host::cli::demo, "make a demo database: [--db FILE] [--companies N] [--seed S]"}},
+      {QStringLiteral("script"), {host::cli::script, "run an automation script: [--db DATABASE] FILE"}},
   };
   return table;
 }
@@ -69,6 +76,14 @@ int main(int argc, char **argv) {
   if (!qEnvironmentVariableIsSet("DISPLAY") && !qEnvironmentVariableIsSet("WAYLAND_DISPLAY"))
     qputenv("QT_QPA_PLATFORM",
             qgetenv("QT_QPA_PLATFORM").isEmpty() ? QByteArray("offscreen") : qgetenv("QT_QPA_PLATFORM"));
+  // Qt wants a private runtime folder; a bare shell or CI may not have one.
+  if (!qEnvironmentVariableIsSet("XDG_RUNTIME_DIR")) {
+    const QByteArray runtime = QDir::tempPath().toLocal8Bit() + "/orvex-runtime-" + QByteArray::number(getuid());
+    QDir().mkpath(QString::fromLocal8Bit(runtime));
+    QFile::setPermissions(QString::fromLocal8Bit(runtime),
+                          QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
+    qputenv("XDG_RUNTIME_DIR", runtime);
+  }
   QApplication qt(argc, argv);
   QCoreApplication::setApplicationName(QStringLiteral("orvex"));
   QCoreApplication::setApplicationVersion(QStringLiteral(KORDEL_VERSION));
@@ -82,9 +97,10 @@ int main(int argc, char **argv) {
 
   try {
     hostapi::installUi(std::make_shared<host::BatchUi>());
-    host::HostApplication app(std::make_shared<host::SettingsStore>(host::HostPaths::registryFile()),
-                              std::make_shared<host::FileLog>(host::HostPaths::logFile()));
-    return found->second.first(app, args);
+    auto app =
+        std::make_shared<host::HostApplication>(std::make_shared<host::SettingsStore>(host::HostPaths::registryFile()),
+                                                std::make_shared<host::FileLog>(host::HostPaths::logFile()));
+    return found->second.first(*app, args);
   } catch (const Error &error) {
     std::fprintf(stderr, "orvex: %s (%d)\n", error.description().toUtf8().constData(), error.number());
     return 1;
