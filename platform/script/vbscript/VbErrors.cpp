@@ -55,14 +55,14 @@ QString vbErrorDescription(int number) {
   case VbError::ExpectedLetSetGet: return QStringLiteral("Expected Let or Set or Get in property declaration");
   case VbError::ExpectedProperty: return QStringLiteral("Expected 'Property'");
   case VbError::InconsistentPropertyArguments:
-    return QStringLiteral("Number of arguments must be consistent across properties specification");
+    return QStringLiteral("Number of arguments must be consistent across the procedures of a property");
   case VbError::MultipleDefaults: return QStringLiteral("Cannot have multiple default property/method in a Class");
   case VbError::InitializeWithArguments: return QStringLiteral("Class initialize or terminate do not have arguments");
   case VbError::PropertyLetWithoutArgument:
     return QStringLiteral("Property set or let must have at least one argument");
   case VbError::UnexpectedNext: return QStringLiteral("Unexpected 'Next'");
   case VbError::DefaultNotOnProperty:
-    return QStringLiteral("'Default' specification can only be on Property Get, Function or Sub");
+    return QStringLiteral("'Default' can only be on Property Get, Function or Sub");
   case VbError::ExpressionTooComplex: return QStringLiteral("Expression too complex");
   default: return QString();
   }
