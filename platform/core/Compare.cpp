@@ -13,14 +13,6 @@ int compareStrings(const QString &a, const QString &b, CompareMode mode) {
 
 namespace {
 
-Variant plainValue(const Variant &value) {
-  if (!value.isObject())
-    return value;
-  if (!value.rawObject())
-    raiseError(ErrorNumber::ObjectNotSet);
-  return value.rawObject()->get(QString());
-}
-
 int compareNumbers(const Variant &a, const Variant &b) {
   using VT = Variant::Type;
   if (a.type() == VT::Currency && b.type() == VT::Currency) {

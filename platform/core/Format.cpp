@@ -87,15 +87,6 @@ bool isNamedNumberFormat(const QString &name) {
                      [&](const char *named) { return name.compare(QLatin1String(named), Qt::CaseInsensitive) == 0; });
 }
 
-// An object stands for its default value.
-Variant plainValue(const Variant &value) {
-  if (!value.isObject())
-    return value;
-  if (!value.rawObject())
-    raiseError(ErrorNumber::ObjectNotSet, QStringLiteral("Format"));
-  return plainValue(value.rawObject()->get(QString()));
-}
-
 // The number a number format shows; nothing for a string that is no
 // number, which Format returns as it is.
 std::optional<Variant> numberOperand(const Variant &value) {

@@ -53,6 +53,18 @@ void expectArgs(const Args &args, std::size_t min, std::size_t max) {
     raiseError(ErrorNumber::WrongArgumentCount);
 }
 
+Variant plainValue(const Variant &value) {
+  Variant current = value;
+  for (int depth = 0; current.isObject(); ++depth) {
+    if (!current.rawObject())
+      raiseError(ErrorNumber::ObjectNotSet);
+    if (depth == 16)
+      raiseError(ErrorNumber::TypeMismatch);
+    current = current.rawObject()->get(QString());
+  }
+  return current;
+}
+
 bool ListEnumerator::next(Variant &value) {
   if (position_ >= values_.size())
     return false;

@@ -167,6 +167,12 @@ private:
   const Member &findMember(const QString &name) const;
 };
 
+// The value a Variant stands for in an operator or a conversion: an
+// object's default member, followed while it gives another object; any
+// other value unchanged. Raises 91 for Nothing and 13 for a chain of
+// default members that does not end in a plain value.
+Variant plainValue(const Variant &value);
+
 // Casts a Variant holding an object to an interface; nullptr when it holds
 // something else or an object of another kind.
 template <class T> std::shared_ptr<T> objectAs(const Variant &value) {

@@ -19,16 +19,6 @@ using VT = Variant::Type;
 [[noreturn]] void overflow() { raiseError(ErrorNumber::Overflow); }
 [[noreturn]] void nullUse() { raiseError(ErrorNumber::InvalidUseOfNull); }
 
-// The value of an object as a plain value: its default member.
-Variant defaultValueOf(const ObjectRef &object) {
-  if (!object)
-    raiseError(ErrorNumber::ObjectNotSet);
-  Variant value = object->get(QString());
-  if (value.isObject())
-    typeMismatch();
-  return value;
-}
-
 double numberFromString(const QString &text) {
   // Only numbers: a date string does not convert to a number (CDbl("2023-01-05") is 13).
   if (auto number = parseVbNumber(text))
@@ -161,7 +151,7 @@ double Variant::toDouble() const {
   case VT::Currency: return rawCurrency().toDouble();
   case VT::Date: return rawDate().serial;
   case VT::String: return numberFromString(rawString());
-  case VT::Object: return defaultValueOf(rawObject()).toDouble();
+  case VT::Object: return plainValue(*this).toDouble();
   default: typeMismatch();
   }
 }
@@ -180,7 +170,7 @@ bool Variant::toBool() const {
       return *number != 0.0;
     typeMismatch();
   }
-  case VT::Object: return defaultValueOf(rawObject()).toBool();
+  case VT::Object: return plainValue(*this).toBool();
   default: return toDouble() != 0.0;
   }
 }
@@ -251,7 +241,7 @@ Date Variant::toDate() const {
     }
     typeMismatch();
   }
-  case VT::Object: return defaultValueOf(rawObject()).toDate();
+  case VT::Object: return plainValue(*this).toDate();
   default: {
     const double serial = toDouble();
     checkDateRange(serial);
@@ -273,7 +263,7 @@ QString Variant::toString() const {
   case VT::Currency: return currencyText(rawCurrency());
   case VT::Date: return vbDateText(rawDate());
   case VT::String: return rawString();
-  case VT::Object: return defaultValueOf(rawObject()).toString();
+  case VT::Object: return plainValue(*this).toString();
   case VT::ByteArray: {
     const QByteArray &bytes = rawBytes();
     return QString(reinterpret_cast<const QChar *>(bytes.constData()), bytes.size() / 2);

@@ -273,14 +273,6 @@ Variant identity(const Variant &a, const Variant &b) {
 
 } // namespace
 
-Variant plainValue(const Variant &value) {
-  if (!value.isObject())
-    return value;
-  if (!value.rawObject())
-    raiseError(ErrorNumber::ObjectNotSet);
-  return value.rawObject()->get(QString());
-}
-
 namespace {
 
 // Integers and Doubles met on both sides, the common case of report

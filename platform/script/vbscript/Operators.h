@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/Object.h"
 #include "core/Variant.h"
 #include "script/vbscript/Ast.h"
 
@@ -19,8 +20,8 @@ Variant unaryOperation(UnaryOp op, const Variant &operand);
 // numbers do unless zero, strings must read as a Boolean or a number.
 bool isTrue(const Variant &value);
 
-// The value of an object for a Let assignment or an operator: its default
-// member. Other values pass unchanged. Raises 91 for Nothing.
-Variant plainValue(const Variant &value);
+// The value of an object for a Let assignment or an operator is core's
+// plainValue: its default member.
+using kordel::plainValue;
 
 } // namespace kordel::script::vb
