@@ -6,8 +6,35 @@
 
 namespace kordel::script {
 
-WScriptObject::WScriptObject(Sink sink, QString scriptName)
-    : sink_(std::move(sink)), scriptName_(std::move(scriptName)) {}
+QString ScriptArguments::item(int index) const {
+  if (index < 0 || index >= words_.size())
+    raiseError(ErrorNumber::SubscriptOutOfRange, QStringLiteral("WScript.Arguments"));
+  return words_[index];
+}
+
+std::unique_ptr<Enumerator> ScriptArguments::enumerate() {
+  std::vector<Variant> values(words_.begin(), words_.end());
+  return std::make_unique<ListEnumerator>(std::move(values));
+}
+
+const MemberTable &ScriptArguments::memberTable() const {
+  static const MemberTable table{{
+                                     property<ScriptArguments>("Count", [](ScriptArguments &a) { return a.count(); }),
+                                     property<ScriptArguments>("Length", [](ScriptArguments &a) { return a.count(); }),
+                                     indexedProperty<ScriptArguments>("Item",
+                                                                      [](ScriptArguments &a, Args &args) {
+                                                                        expectArgs(args, 1, 1);
+                                                                        return a.item(args[0].toLong());
+                                                                      }),
+                                 },
+                                 nullptr,
+                                 QStringLiteral("Item")};
+  return table;
+}
+
+WScriptObject::WScriptObject(Sink sink, QString scriptName, QStringList arguments)
+    : sink_(std::move(sink)), scriptName_(std::move(scriptName)),
+      arguments_(std::make_shared<ScriptArguments>(std::move(arguments))) {}
 
 void WScriptObject::echo(const Args &args) {
   QStringList parts;
@@ -25,6 +52,7 @@ const MemberTable &WScriptObject::memberTable() const {
                               return Variant();
                             }),
       property<WScriptObject>("ScriptName", [](WScriptObject &w) { return w.scriptName(); }),
+      property<WScriptObject>("Arguments", [](WScriptObject &w) { return Variant(w.arguments_); }),
   }};
   return table;
 }
@@ -38,7 +66,8 @@ std::optional<ScriptError> runScript(const QString &code, const ScriptRunOptions
     if (options.objectFactory)
       engine->setObjectFactory(options.objectFactory);
     engine->setUi(options.ui);
-    engine->addNamedItem(QStringLiteral("WScript"), std::make_shared<WScriptObject>(echo, options.scriptName));
+    engine->addNamedItem(QStringLiteral("WScript"),
+                         std::make_shared<WScriptObject>(echo, options.scriptName, options.arguments));
     for (const auto &[name, object] : options.namedItems)
       engine->addNamedItem(name, object);
     engine->addCode(code);

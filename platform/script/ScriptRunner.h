@@ -9,6 +9,25 @@
 
 namespace kordel::script {
 
+// WScript.Arguments: the words given after the script's name, from 0;
+// Item is the default member, so WScript.Arguments(0) reads the first.
+class ScriptArguments final : public Object {
+public:
+  explicit ScriptArguments(QStringList words) : words_(std::move(words)) {}
+
+  QString typeName() const override { return QStringLiteral("Object"); }
+  int count() const { return int(words_.size()); }
+  // Raises 9 outside 0..Count-1.
+  QString item(int index) const;
+  std::unique_ptr<Enumerator> enumerate() override;
+
+protected:
+  const MemberTable &memberTable() const override;
+
+private:
+  QStringList words_;
+};
+
 // The WScript object of a script run from the command line. Echo turns
 // each argument into text as CStr does, joins them with blanks and hands
 // the line to the sink.
@@ -16,7 +35,7 @@ class WScriptObject final : public Object {
 public:
   using Sink = std::function<void(const QString &line)>;
 
-  WScriptObject(Sink sink, QString scriptName);
+  WScriptObject(Sink sink, QString scriptName, QStringList arguments = {});
 
   QString typeName() const override { return QStringLiteral("Object"); }
   void echo(const Args &args);
@@ -28,11 +47,14 @@ protected:
 private:
   Sink sink_;
   QString scriptName_;
+  std::shared_ptr<ScriptArguments> arguments_;
 };
 
 struct ScriptRunOptions {
   QString language = QStringLiteral("VBScript");
   QString scriptName;
+  // The words given after the script's name, as WScript.Arguments.
+  QStringList arguments;
   // Objects the script sees besides WScript, such as the host's Application.
   std::vector<std::pair<QString, ObjectRef>> namedItems;
   ScriptBudget budget;

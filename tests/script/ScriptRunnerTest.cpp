@@ -36,6 +36,24 @@ TEST(ScriptRunner, ReadsUtf8AndUtf16FilesWithOrWithoutByteOrderMark) {
   }
 }
 
+TEST(ScriptRunner, ArgumentsReachTheScriptInBothLanguages) {
+  script::ScriptRunOptions options;
+  options.arguments = {QStringLiteral("first"), QStringLiteral("two words")};
+  EXPECT_EQ(run(QStringLiteral("WScript.Echo WScript.Arguments.Count, WScript.Arguments(1)\n"
+                               "For Each a In WScript.Arguments: WScript.Echo \"[\" & a & \"]\": Next"),
+                nullptr, options),
+            QStringList({"2 two words", "[first]", "[two words]"}));
+
+  std::optional<script::ScriptError> error;
+  run(QStringLiteral("x = WScript.Arguments(2)"), &error, options);
+  ASSERT_TRUE(error.has_value());
+  EXPECT_EQ(error->number(), ErrorNumber::SubscriptOutOfRange);
+
+  options.language = QStringLiteral("JScript");
+  EXPECT_EQ(run(QStringLiteral("WScript.Echo(WScript.Arguments.Length, WScript.Arguments(0));"), nullptr, options),
+            QStringList({"2 first"}));
+}
+
 TEST(ScriptRunner, MissingFileRaisesFileNotFound) {
   TempDir dir;
   try {

@@ -18,7 +18,8 @@ namespace kordel::host::cli {
 
 namespace {
 
-const QString kUsage = QStringLiteral("usage: orvex script [--db DATABASE] [--language VBScript|JScript] FILE");
+const QString kUsage =
+    QStringLiteral("usage: orvex script [--db DATABASE] [--language VBScript|JScript] FILE [ARGUMENTS]");
 
 } // namespace
 
@@ -26,11 +27,14 @@ int script(HostApplication &app, const QStringList &args) {
   QString database;
   QString language;
   QString file;
+  QStringList scriptArguments;
   for (qsizetype at = 0; at < args.size(); ++at) {
     const QString &arg = args[at];
-    if ((arg == QLatin1String("--db") || arg == QLatin1String("--language")) && at + 1 < args.size())
+    if (!file.isEmpty())
+      scriptArguments << arg; // everything after the file belongs to the script
+    else if ((arg == QLatin1String("--db") || arg == QLatin1String("--language")) && at + 1 < args.size())
       (arg == QLatin1String("--db") ? database : language) = args[++at];
-    else if (!arg.startsWith(QLatin1String("--")) && file.isEmpty())
+    else if (!arg.startsWith(QLatin1String("--")))
       file = arg;
     else
       raiseError(ErrorNumber::InvalidCall, QStringLiteral("orvex"), kUsage);
@@ -45,6 +49,7 @@ int script(HostApplication &app, const QStringList &args) {
                      : file.endsWith(QLatin1String(".js"), Qt::CaseInsensitive) ? QStringLiteral("JScript")
                                                                                 : QStringLiteral("VBScript");
   options.scriptName = QFileInfo(file).fileName();
+  options.arguments = scriptArguments;
   options.namedItems.emplace_back(QStringLiteral("Application"), app.shared_from_this());
   options.objectFactory = [&app](const QString &progId) -> ObjectRef {
     try {
