@@ -8,12 +8,18 @@ MemberTable::MemberTable(std::vector<Member> members, const MemberTable *base, Q
     : members_(std::move(members)), base_(base), defaultMember_(std::move(defaultMember)) {
   if (defaultMember_.isEmpty() && base_)
     defaultMember_ = base_->defaultMember();
-  for (std::size_t i = 0; i < members_.size(); ++i)
+  // Each member is indexed as declared and in lower case: callers mostly
+  // spell a name as declared, and then no lower-casing copy is made.
+  for (std::size_t i = 0; i < members_.size(); ++i) {
+    index_.insert(members_[i].name, i);
     index_.insert(members_[i].name.toLower(), i);
+  }
 }
 
 const Member *MemberTable::find(const QString &name) const {
-  const auto it = index_.constFind(name.toLower());
+  auto it = index_.constFind(name);
+  if (it == index_.constEnd())
+    it = index_.constFind(name.toLower());
   if (it != index_.constEnd())
     return &members_[*it];
   return base_ ? base_->find(name) : nullptr;

@@ -39,7 +39,7 @@ public:
 
 private:
   std::vector<Member> members_;
-  QHash<QString, std::size_t> index_; // lower-cased name -> member
+  QHash<QString, std::size_t> index_; // declared and lower-cased name -> member
   const MemberTable *base_;
   QString defaultMember_;
 };
