@@ -3,6 +3,7 @@
 #include "core/Error.h"
 
 #include <cstdint>
+#include <cstdio>
 #include <limits>
 
 namespace kordel::addin {
@@ -13,6 +14,7 @@ struct ModuleState {
   std::shared_ptr<hostapi::Application> application;
   std::int16_t connections = 0;
   std::shared_ptr<hostapi::HostTools> hostTools;
+  QString title;
 };
 
 ModuleState &state() {
@@ -69,5 +71,15 @@ std::shared_ptr<hostapi::HostTools> HostTools() {
 int MousePointer() { return connectedApplication().mousePointer(); }
 
 void SetMousePointer(int pointer) { connectedApplication().setMousePointer(pointer); }
+
+QString ApplicationTitle() { return state().title; }
+
+void SetApplicationTitle(const QString &title) { state().title = title; }
+
+void LogEvent(const QString &text) {
+  const QByteArray line = (text + u'\n').toUtf8();
+  std::fwrite(line.constData(), 1, std::size_t(line.size()), stderr);
+  std::fflush(stderr);
+}
 
 } // namespace kordel::addin

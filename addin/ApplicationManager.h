@@ -28,4 +28,13 @@ std::shared_ptr<hostapi::HostTools> HostTools();
 int MousePointer();
 void SetMousePointer(int pointer);
 
+// The add-in's title, borne by message boxes that are not the add-in's own
+// texts; empty until the first connection names it.
+QString ApplicationTitle();
+void SetApplicationTitle(const QString &title);
+
+// Writes one line to the process's own log (its standard error), for
+// failures that happen before the translator and the reporter can run.
+void LogEvent(const QString &text);
+
 } // namespace kordel::addin

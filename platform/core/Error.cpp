@@ -22,6 +22,7 @@ constexpr std::array kErrorTable{
     ErrorInfo{ErrorNumber::PermissionDenied, "PermissionDenied", "Permission denied"},
     ErrorInfo{ErrorNumber::PathNotFound, "PathNotFound", "Path not found"},
     ErrorInfo{ErrorNumber::InvalidFileFormat, "InvalidFileFormat", "Invalid file format"},
+    ErrorInfo{ErrorNumber::DataValueNotFound, "DataValueNotFound", "Data value named not found"},
     ErrorInfo{ErrorNumber::ObjectNotSet, "ObjectNotSet", "Object variable not set"},
     ErrorInfo{ErrorNumber::InvalidUseOfNull, "InvalidUseOfNull", "Invalid use of Null"},
     ErrorInfo{ErrorNumber::ObjectRequired, "ObjectRequired", "Object required"},

@@ -23,6 +23,7 @@ constexpr int FileAlreadyExists = 58;
 constexpr int PermissionDenied = 70;
 constexpr int PathNotFound = 76;
 constexpr int InvalidFileFormat = 321;
+constexpr int DataValueNotFound = 327;
 constexpr int ObjectNotSet = 91;
 constexpr int InvalidUseOfNull = 94;
 constexpr int CannotCreateObject = 429;

@@ -1,5 +1,7 @@
 #include "host/HostPaths.h"
 
+#include <QCoreApplication>
+#include <QDir>
 #include <QStandardPaths>
 
 namespace kordel::host::HostPaths {
@@ -30,6 +32,13 @@ QString registryFile() { return configFolder() + QStringLiteral("/registry.ini")
 QString logFile() {
   const QString overridden = qEnvironmentVariable("ORVEX_LOG_FILE");
   return overridden.isEmpty() ? dataFolder() + QStringLiteral("/orvex.log") : overridden;
+}
+
+QString addinFolder() {
+  const QString overridden = qEnvironmentVariable("ORVEX_ADDIN_DIR");
+  if (!overridden.isEmpty())
+    return overridden;
+  return QDir(QCoreApplication::applicationDirPath() + QStringLiteral("/../lib")).absolutePath();
 }
 
 } // namespace kordel::host::HostPaths

@@ -1,4 +1,6 @@
 #include "cli/DataCommands.h"
+#include "cli/Options.h"
+#include "cli/ReportCommands.h"
 
 #include "host/HostApplication.h"
 #include "host/HostPaths.h"
@@ -20,27 +22,11 @@ namespace {
 
 const QString kSource = QStringLiteral("orvex");
 
-// The value after an option, raising 5 when it is missing.
-QString optionValue(const QStringList &args, qsizetype &at) {
-  if (at + 1 >= args.size())
-    raiseError(ErrorNumber::InvalidCall, kSource, QStringLiteral("%1 needs a value").arg(args[at]));
-  return args[++at];
-}
-
-int wholeNumber(const QString &text, const QString &option) {
-  bool ok = false;
-  const int value = text.toInt(&ok);
-  if (!ok)
-    raiseError(ErrorNumber::InvalidCall, kSource,
-               QStringLiteral("%1 takes a whole number, not '%2'").arg(option, text));
-  return value;
-}
-
 } // namespace
 
 QString defaultDatabase() { return HostPaths::dataFolder() + QStringLiteral("/orvex.db"); }
 
-int demo(HostApplication &, const QStringList &args) {
+int demo(HostApplication &app, const QStringList &args) {
   QString database = defaultDatabase();
   nuvo::demo::DemoOptions options;
   for (qsizetype at = 0; at < args.size(); ++at) {
@@ -63,6 +49,9 @@ int demo(HostApplication &, const QStringList &args) {
   std::fprintf(stdout, "Demo database %s:\n", address.location().toUtf8().constData());
   for (auto it = counts.constBegin(); it != counts.constEnd(); ++it)
     std::fprintf(stdout, "  %-10s %d\n", it.key().toUtf8().constData(), it.value());
+  openDatabase(app, database);
+  const QStringList reports = addDemoReports(app);
+  std::fprintf(stdout, "  %-10s %lld\n", "reports", static_cast<long long>(reports.size()));
   return 0;
 }
 

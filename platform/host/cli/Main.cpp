@@ -2,8 +2,10 @@
 // table below; later sub commands print, preview, export and design reports.
 
 #include "cli/DataCommands.h"
+#include "cli/ReportCommands.h"
 #include "cli/ScriptCommand.h"
 
+#include "host/AddinHost.h"
 #include "host/BatchUi.h"
 #include "host/FileLog.h"
 #include "host/HostApplication.h"
@@ -57,6 +59,11 @@ const std::map<QString, std::pair<Command, const char *>> &commands() {
   static const std::map<QString, std::pair<Command, const char *>> table{
       {QStringLiteral("about"), {about, "show the version, the language and where settings, log and databases live"}},
       {QStringLiteral("demo"), {host::cli::demo, "make a demo database: [--db FILE] [--companies N] [--seed S]"}},
+      {QStringLiteral("reports"), {host::cli::reports, "list the reports of a database: [--db DATABASE]"}},
+      {QStringLiteral("report-export"),
+       {host::cli::reportExport, "write a report's document to a file: NAME FILE [--db DATABASE]"}},
+      {QStringLiteral("report-import"),
+       {host::cli::reportImport, "store a document file as a report: FILE [--name NAME] [--db DATABASE]"}},
       {QStringLiteral("script"), {host::cli::script, "run an automation script: [--db DATABASE] FILE"}},
   };
   return table;
@@ -65,7 +72,7 @@ const std::map<QString, std::pair<Command, const char *>> &commands() {
 int usage() {
   std::fprintf(stderr, "usage: orvex COMMAND [ARGUMENTS]\n\ncommands:\n");
   for (const auto &[name, entry] : commands())
-    std::fprintf(stderr, "  %-10s %s\n", name.toUtf8().constData(), entry.second);
+    std::fprintf(stderr, "  %-14s %s\n", name.toUtf8().constData(), entry.second);
   return 2;
 }
 
@@ -100,6 +107,8 @@ int main(int argc, char **argv) {
     auto app =
         std::make_shared<host::HostApplication>(std::make_shared<host::SettingsStore>(host::HostPaths::registryFile()),
                                                 std::make_shared<host::FileLog>(host::HostPaths::logFile()));
+    // Scripts and commands make the add-ins' objects by their ProgIDs.
+    host::AddinHost(*app).loadPlugins(host::HostPaths::addinFolder());
     return found->second.first(*app, args);
   } catch (const Error &error) {
     std::fprintf(stderr, "orvex: %s (%d)\n", error.description().toUtf8().constData(), error.number());

@@ -1,0 +1,55 @@
+#include "nuvo/StoredFiles.h"
+
+#include "nuvo/Engine.h"
+
+#include "hostapi/Database.h"
+
+#include <QSqlQuery>
+
+namespace kordel::nuvo {
+
+QList<FileSummary> listFiles(Engine &engine, int kind) {
+  QList<FileSummary> files;
+  QSqlQuery rows = engine.sql().select(
+      QStringLiteral("SELECT guid, name, policy FROM nv_file WHERE kind = ? ORDER BY name, guid"), {kind});
+  while (rows.next()) {
+    FileSummary file{rows.value(0).toString(), rows.value(1).toString(), rows.value(2).toInt(), {}};
+    if (engine.accessMask(file.policy) & hostapi::Access::Read)
+      files.append(file);
+  }
+  for (FileSummary &file : files) {
+    QSqlQuery properties =
+        engine.sql().select(QStringLiteral("SELECT name, value FROM nv_fileproperty WHERE guid = ?"), {file.guid});
+    while (properties.next())
+      file.properties.insert(properties.value(0).toString(), properties.value(1).toString());
+  }
+  return files;
+}
+
+StoredRecords::StoredRecords(std::shared_ptr<Engine> engine) : engine_(std::move(engine)) {
+  SqlConnection &sql = engine_->sql();
+  sql.exec(QStringLiteral("CREATE TABLE IF NOT EXISTS nv_storedrecord (guid TEXT PRIMARY KEY, type TEXT NOT NULL, "
+                          "record %1 NOT NULL)")
+               .arg(sql.blobType()));
+}
+
+std::optional<QByteArray> StoredRecords::read(const QString &guid) const {
+  QSqlQuery row = engine_->sql().select(QStringLiteral("SELECT record FROM nv_storedrecord WHERE guid = ?"), {guid});
+  if (!row.next())
+    return std::nullopt;
+  return row.value(0).toByteArray();
+}
+
+void StoredRecords::write(const QString &guid, const QString &type, const QByteArray &record) {
+  SqlConnection &sql = engine_->sql();
+  Transaction transaction(sql);
+  sql.exec(QStringLiteral("DELETE FROM nv_storedrecord WHERE guid = ?"), {guid});
+  sql.exec(QStringLiteral("INSERT INTO nv_storedrecord (guid, type, record) VALUES (?, ?, ?)"), {guid, type, record});
+  transaction.commit();
+}
+
+void StoredRecords::remove(const QString &guid) {
+  engine_->sql().exec(QStringLiteral("DELETE FROM nv_storedrecord WHERE guid = ?"), {guid});
+}
+
+} // namespace kordel::nuvo

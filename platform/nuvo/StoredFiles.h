@@ -1,0 +1,45 @@
+#pragma once
+
+#include <QByteArray>
+#include <QList>
+#include <QMap>
+#include <QString>
+
+#include <memory>
+#include <optional>
+
+namespace kordel::nuvo {
+
+class Engine;
+
+// One host file as a list shows it, without its contents.
+struct FileSummary {
+  QString guid;
+  QString name;
+  int policy = 0;
+  QMap<QString, QString> properties;
+};
+
+// The files of a kind that the signed-in user may read, by name.
+QList<FileSummary> listFiles(Engine &engine, int kind);
+
+// The stored records the host keeps for its objects (the persisted state
+// of report objects), one opaque record per guid with the type of object
+// that wrote it. The table is made on first use, so databases made before
+// it existed gain it.
+class StoredRecords {
+public:
+  explicit StoredRecords(std::shared_ptr<Engine> engine);
+
+  // nullopt when there is none for the guid.
+  std::optional<QByteArray> read(const QString &guid) const;
+  // Adds or replaces the record of the guid.
+  void write(const QString &guid, const QString &type, const QByteArray &record);
+  // Removing a record that is not there changes nothing.
+  void remove(const QString &guid);
+
+private:
+  std::shared_ptr<Engine> engine_;
+};
+
+} // namespace kordel::nuvo
