@@ -42,6 +42,15 @@ constexpr std::array kErrorTable{
     ErrorInfo{ErrorNumber::NoListWindow, "NoListWindow", "No list window shows the report's class"},
     ErrorInfo{ErrorNumber::UserMessage, "UserMessage", "User message"},
     ErrorInfo{ErrorNumber::SilentCancel, "SilentCancel", "Cancelled"},
+    ErrorInfo{ErrorNumber::BadArguments, "BadArguments",
+              "Arguments are of the wrong type, are out of acceptable range, or are in conflict with one another"},
+    ErrorInfo{ErrorNumber::NoCurrentRow, "NoCurrentRow",
+              "Either BOF or EOF is True, or the current record has been deleted"},
+    ErrorInfo{ErrorNumber::NotAllowedInContext, "NotAllowedInContext", "Operation is not allowed in this context"},
+    ErrorInfo{ErrorNumber::ItemNotFound, "ItemNotFound",
+              "Item cannot be found in the collection corresponding to the requested name or ordinal"},
+    ErrorInfo{ErrorNumber::AlreadyInCollection, "AlreadyInCollection",
+              "Object is already in collection. Cannot append"},
 };
 
 } // namespace

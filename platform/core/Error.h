@@ -40,6 +40,12 @@ constexpr int UnusableRange = 101002;
 constexpr int NoListWindow = 101003;
 constexpr int UserMessage = -9999;
 constexpr int SilentCancel = -9998;
+// The row buffer's numbers.
+constexpr int BadArguments = 3001;
+constexpr int NoCurrentRow = 3021;
+constexpr int NotAllowedInContext = 3219;
+constexpr int ItemNotFound = 3265;
+constexpr int AlreadyInCollection = 3367;
 } // namespace ErrorNumber
 
 // One entry of the error table: the number, a short name for code and logs,

@@ -102,7 +102,9 @@ protected:
     engine = nuvo::Engine::open(address, "en", "anna");
     app->setDatabase(std::make_shared<nuvo::DatabaseObject>(engine));
     addins = std::make_unique<AddinHost>(*app);
-    ASSERT_TRUE(addins->loadPlugins(HostPaths::addinFolder()).contains("OrvexKordel.Addin"));
+    const QStringList progIds = addins->loadPlugins(HostPaths::addinFolder());
+    ASSERT_TRUE(progIds.contains("OrvexKordel.Addin")) << progIds.join(", ").toStdString();
+    ASSERT_TRUE(progIds.contains("OrvexKordel.Context"));
     catalog = std::make_unique<ReportCatalog>(*app, addins->connectReportFactory("OrvexKordel.Addin"));
   }
 
@@ -125,6 +127,12 @@ protected:
   std::unique_ptr<AddinHost> addins;
   std::unique_ptr<ReportCatalog> catalog;
 };
+
+TEST_F(ReportCatalogTest, TheAddinsPublicClassesAreMadeByTheHost) {
+  EXPECT_EQ(app->createObject("orvexkordel.context")->typeName(), "Context");
+  EXPECT_EQ(test::errorNumber([&] { app->createObject("OrvexKordel.Nothing"); }), ErrorNumber::CannotCreateObject);
+  EXPECT_EQ(app->reportFactories(), QStringList{"OrvexKordel.Addin"}) << "the connected add-in registered itself";
+}
 
 TEST_F(ReportCatalogTest, ADocumentIsStoredListedExportedAndImportedAgainWithNothingLost) {
   EXPECT_TRUE(catalog->list().isEmpty());

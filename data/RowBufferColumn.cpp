@@ -1,0 +1,128 @@
+#include "data/RowBufferColumn.h"
+
+#include "core/Error.h"
+#include "core/VbNumber.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+namespace kordel::addin {
+
+namespace {
+
+// CLng's rules, widened to 64 bits: whole types pass exactly, anything else
+// goes through CDbl and rounds halves to even.
+std::int64_t integerFrom(const Variant &value) {
+  switch (value.type()) {
+  case Variant::Type::Long:
+  case Variant::Type::Integer:
+  case Variant::Type::Byte:
+  case Variant::Type::Boolean: return value.toLong();
+  default: break;
+  }
+  const double rounded = roundHalfEven(value.toDouble());
+  // 2^63: the first double above the range of a 64-bit integer.
+  constexpr double kLimit = 9223372036854775808.0;
+  if (!std::isfinite(rounded) || rounded >= kLimit || rounded < -kLimit)
+    raiseError(ErrorNumber::Overflow, QStringLiteral("RowBuffer"));
+  return std::int64_t(rounded);
+}
+
+// The text cut to the size, never between the two halves of a surrogate pair.
+QStringView cutToSize(QStringView text, int size) {
+  if (size <= 0 || text.size() <= size)
+    return text;
+  QStringView cut = text.left(size);
+  if (cut.back().isHighSurrogate())
+    cut.chop(1);
+  return cut;
+}
+
+template <class Number> int compareNumbers(Number a, Number b) { return (a > b) - (a < b); }
+
+// QStringView::compare without regard to case, quicker over the ASCII part
+// of the texts, where folding the case is lowering the letters. From the
+// first other character on, Qt compares the rest, since characters outside
+// ASCII can fold into it (the Kelvin sign is a "k").
+int compareWithoutCase(QStringView a, QStringView b) {
+  const qsizetype common = std::min(a.size(), b.size());
+  for (qsizetype i = 0; i < common; ++i) {
+    char16_t x = a[i].unicode();
+    char16_t y = b[i].unicode();
+    if (x >= 0x80 || y >= 0x80)
+      return a.mid(i).compare(b.mid(i), Qt::CaseInsensitive);
+    if (x >= u'A' && x <= u'Z')
+      x += u'a' - u'A';
+    if (y >= u'A' && y <= u'Z')
+      y += u'a' - u'A';
+    if (x != y)
+      return x < y ? -1 : 1;
+  }
+  return compareNumbers(a.size(), b.size());
+}
+
+} // namespace
+
+RowBufferColumn::RowBufferColumn(QString name, ColumnType type, int definedSize)
+    : name_(std::move(name)), type_(type), definedSize_(definedSize) {}
+
+void RowBufferColumn::appendNull() {
+  nulls_.push_back(1);
+  switch (type_) {
+  case ColumnType::VarChar: texts_.append(); break;
+  case ColumnType::BigInt: integers_.push_back(0); break;
+  case ColumnType::Double: doubles_.push_back(0.0); break;
+  }
+}
+
+Variant RowBufferColumn::value(int row) const {
+  if (isNull(row))
+    return Variant::null();
+  switch (type_) {
+  case ColumnType::VarChar: return textAt(row).toString();
+  case ColumnType::BigInt: {
+    const std::int64_t number = integers_[row];
+    if (number >= std::numeric_limits<std::int32_t>::min() && number <= std::numeric_limits<std::int32_t>::max())
+      return Variant(int(number));
+    return Variant(double(number));
+  }
+  case ColumnType::Double: return doubles_[row];
+  }
+  return Variant::null();
+}
+
+void RowBufferColumn::setValue(int row, const Variant &value) {
+  if (value.isNull()) {
+    if (type_ == ColumnType::VarChar)
+      texts_.set(row, {});
+    nulls_[row] = 1;
+    return;
+  }
+  // Convert first, so that a value that fails leaves the cell as it was.
+  switch (type_) {
+  case ColumnType::VarChar: {
+    const QString text = value.toString();
+    texts_.set(row, cutToSize(text, definedSize_));
+    break;
+  }
+  case ColumnType::BigInt: integers_[row] = integerFrom(value); break;
+  case ColumnType::Double: doubles_[row] = value.toDouble(); break;
+  }
+  nulls_[row] = 0;
+}
+
+int RowBufferColumn::compareRows(int a, int b) const {
+  const bool nullA = isNull(a);
+  const bool nullB = isNull(b);
+  if (nullA || nullB)
+    return int(nullB) - int(nullA);
+  switch (type_) {
+  case ColumnType::VarChar: return compareWithoutCase(textAt(a), textAt(b));
+  case ColumnType::BigInt: return compareNumbers(integers_[a], integers_[b]);
+  case ColumnType::Double: return compareNumbers(doubles_[a], doubles_[b]);
+  }
+  return 0;
+}
+
+} // namespace kordel::addin
