@@ -1,0 +1,35 @@
+#pragma once
+
+#include "engine/render/PageDocument.h"
+
+#include <QString>
+
+namespace kordel::engine {
+
+// Writes the pages of a document to a PDF file: one PDF page per page, of
+// the page's own size, with the fonts' used glyphs embedded. The file is
+// written beside the target under another name and takes the target's name
+// only when complete, so a failure leaves any earlier file as it was and no
+// partial one.
+//
+// Errors: 76 when the target's folder does not exist, 70 when the file
+// cannot be written, 9 for a page range outside the document, 5 for a
+// document without pages.
+class PdfExporter {
+public:
+  void setTitle(const QString &title) { title_ = title; }
+  const QString &title() const { return title_; }
+  void setCreator(const QString &creator) { creator_ = creator; }
+  const QString &creator() const { return creator_; }
+
+  // All pages.
+  void exportDocument(const PageDocument &document, const QString &path) const;
+  // The pages from firstPage to lastPage, both included, counted from 0.
+  void exportPages(const PageDocument &document, const QString &path, int firstPage, int lastPage) const;
+
+private:
+  QString title_;
+  QString creator_;
+};
+
+} // namespace kordel::engine

@@ -1,0 +1,232 @@
+#include "engine/model/LayoutReport.h"
+
+#include "engine/model/Controls.h"
+#include "engine/model/Section.h"
+
+#include "core/Error.h"
+
+namespace kordel::engine {
+
+namespace {
+
+float twips(const Variant &value) { return float(value.toDouble()); }
+
+} // namespace
+
+// ---- Paper and printer ----
+
+const MemberTable &PageSettings::memberTable() const {
+  using P = PageSettings;
+  static const MemberTable table{{
+      property<P>(
+          "LeftMargin", [](P &p) { return double(p.leftMargin); },
+          [](P &p, const Variant &v) { p.leftMargin = twips(v); }),
+      property<P>(
+          "TopMargin", [](P &p) { return double(p.topMargin); },
+          [](P &p, const Variant &v) { p.topMargin = twips(v); }),
+      property<P>(
+          "RightMargin", [](P &p) { return double(p.rightMargin); },
+          [](P &p, const Variant &v) { p.rightMargin = twips(v); }),
+      property<P>(
+          "BottomMargin", [](P &p) { return double(p.bottomMargin); },
+          [](P &p, const Variant &v) { p.bottomMargin = twips(v); }),
+      property<P>(
+          "Orientation", [](P &p) { return p.orientation; },
+          [](P &p, const Variant &v) { p.orientation = v.toLong(); }),
+      property<P>(
+          "PaperWidth", [](P &p) { return double(p.paperWidth); },
+          [](P &p, const Variant &v) { p.paperWidth = twips(v); }),
+      property<P>(
+          "PaperHeight", [](P &p) { return double(p.paperHeight); },
+          [](P &p, const Variant &v) { p.paperHeight = twips(v); }),
+  }};
+  return table;
+}
+
+const MemberTable &LayoutPrinter::memberTable() const {
+  using P = LayoutPrinter;
+  static const MemberTable table{{
+      property<P>(
+          "DeviceName", [](P &p) { return p.deviceName; }, [](P &p, const Variant &v) { p.deviceName = v.toString(); }),
+      property<P>("Port", [](P &p) { return p.port; }),
+      property<P>(
+          "PaperBin", [](P &p) { return p.paperBin; }, [](P &p, const Variant &v) { p.paperBin = v.toLong(); }),
+      // A printer that only knows its paper has no bins to offer.
+      property<P>("PaperBins", [](P &) { return Variant(VariantArray::fromValues({})); }),
+      property<P>("PaperBinNames", [](P &) { return Variant(VariantArray::fromValues({})); }),
+      property<P>(
+          "Orientation", [](P &p) { return p.orientation; },
+          [](P &p, const Variant &v) { p.orientation = v.toLong(); }),
+      property<P>(
+          "Copies", [](P &p) { return p.copies; },
+          [](P &p, const Variant &v) {
+            const int copies = v.toInteger();
+            if (copies < 1)
+              raiseError(ErrorNumber::InvalidCall, QStringLiteral("Printer.Copies"),
+                         QStringLiteral("At least one copy, not %1").arg(copies));
+            p.copies = copies;
+          }),
+      property<P>(
+          "PaperWidth", [](P &p) { return double(p.paperWidth); },
+          [](P &p, const Variant &v) { p.paperWidth = twips(v); }),
+      property<P>(
+          "PaperHeight", [](P &p) { return double(p.paperHeight); },
+          [](P &p, const Variant &v) { p.paperHeight = twips(v); }),
+  }};
+  return table;
+}
+
+// ---- Unbound fields ----
+
+const MemberTable &UnboundField::memberTable() const {
+  using F = UnboundField;
+  static const MemberTable table{
+      {
+          property<F>("Name", [](F &f) { return f.name; }),
+          property<F>(
+              "Value", [](F &f) { return f.value; }, [](F &f, const Variant &v) { f.value = v; }),
+      },
+      nullptr,
+      QStringLiteral("Value")};
+  return table;
+}
+
+std::shared_ptr<UnboundField> UnboundFields::add(const QString &name) {
+  if (auto field = find(name))
+    return field;
+  auto field = std::make_shared<UnboundField>(name);
+  index_.insert(name.toCaseFolded(), int(fields_.size()));
+  fields_.push_back(field);
+  return field;
+}
+
+std::shared_ptr<UnboundField> UnboundFields::find(const QString &name) const {
+  const auto found = index_.constFind(name.toCaseFolded());
+  return found == index_.constEnd() ? nullptr : fields_[std::size_t(*found)];
+}
+
+std::shared_ptr<UnboundField> UnboundFields::item(const Variant &indexOrName) const {
+  if (indexOrName.isNumber()) {
+    const int index = indexOrName.toLong();
+    if (index < 0 || index >= count())
+      raiseError(ErrorNumber::SubscriptOutOfRange, QStringLiteral("Fields"),
+                 QStringLiteral("There is no field %1; the report has %2").arg(index).arg(count()));
+    return fields_[std::size_t(index)];
+  }
+  const QString name = indexOrName.toString();
+  if (auto field = find(name))
+    return field;
+  raiseError(ErrorNumber::SubscriptOutOfRange, QStringLiteral("Fields"),
+             QStringLiteral("The report has no field \"%1\"").arg(name));
+}
+
+std::unique_ptr<Enumerator> UnboundFields::enumerate() {
+  std::vector<Variant> values;
+  for (const auto &field : fields_)
+    values.emplace_back(ObjectRef(field));
+  return std::make_unique<ListEnumerator>(std::move(values));
+}
+
+const MemberTable &UnboundFields::memberTable() const {
+  using F = UnboundFields;
+  static const MemberTable table{{
+                                     property<F>("Count", [](F &f) { return f.count(); }),
+                                     method<F>("Add",
+                                               [](F &f, Args &a) {
+                                                 expectArgs(a, 1, 1);
+                                                 return Variant(ObjectRef(f.add(a[0].toString())));
+                                               }),
+                                     // Fields("name") = value sets the field's value.
+                                     indexedProperty<F>(
+                                         "Item",
+                                         [](F &f, Args &a) {
+                                           expectArgs(a, 1, 1);
+                                           return Variant(ObjectRef(f.item(a[0])));
+                                         },
+                                         [](F &f, Args &a, const Variant &value) {
+                                           expectArgs(a, 1, 1);
+                                           f.item(a[0])->value = value;
+                                         }),
+                                 },
+                                 nullptr,
+                                 QStringLiteral("Item")};
+  return table;
+}
+
+// ---- The report ----
+
+std::shared_ptr<LayoutReport> LayoutReport::create() {
+  std::shared_ptr<LayoutReport> report(new LayoutReport());
+  report->sections_ = std::make_shared<engine::Sections>(report);
+  return report;
+}
+
+std::shared_ptr<Section> LayoutReport::detail() const {
+  for (const auto &section : sections_->all())
+    if (section->type() == SectionType::Detail)
+      return section;
+  return nullptr;
+}
+
+void LayoutReport::addNamedItem(const QString &name, const ObjectRef &object) {
+  for (auto &entry : namedItems_)
+    if (entry.first.compare(name, Qt::CaseInsensitive) == 0) {
+      entry.second = object;
+      return;
+    }
+  namedItems_.emplace_back(name, object);
+}
+
+bool LayoutReport::hasControlNamed(const QString &name) const {
+  for (const auto &section : sections_->all())
+    if (section->controls()->find(name))
+      return true;
+  return false;
+}
+
+QString LayoutReport::uniqueControlName(const QString &stem) const {
+  int number = 1;
+  while (hasControlNamed(stem + QString::number(number)))
+    ++number;
+  return stem + QString::number(number);
+}
+
+const MemberTable &LayoutReport::memberTable() const {
+  using R = LayoutReport;
+  static const MemberTable table{{
+      property<R>("Sections", [](R &r) { return Variant(ObjectRef(r.sections())); }),
+      property<R>("Fields", [](R &r) { return Variant(ObjectRef(r.fields())); }),
+      property<R>("Printer", [](R &r) { return Variant(ObjectRef(r.printer())); }),
+      property<R>("PageSettings", [](R &r) { return Variant(ObjectRef(r.pageSettings())); }),
+      property<R>(
+          "ScriptLanguage", [](R &r) { return r.scriptLanguage; },
+          [](R &r, const Variant &v) {
+            const QString language = v.toString();
+            if (language.compare(QLatin1String("VBScript"), Qt::CaseInsensitive) != 0 &&
+                language.compare(QLatin1String("JScript"), Qt::CaseInsensitive) != 0)
+              raiseError(ErrorNumber::InvalidCall, QStringLiteral("ActiveReport.ScriptLanguage"),
+                         QStringLiteral("Scripts are VBScript or JScript, not \"%1\"").arg(language));
+            r.scriptLanguage = language;
+          }),
+      property<R>(
+          "Script", [](R &r) { return r.script; }, [](R &r, const Variant &v) { r.script = v.toString(); }),
+      property<R>(
+          "PrintWidth", [](R &r) { return double(r.printWidth); },
+          [](R &r, const Variant &v) { r.printWidth = twips(v); }),
+      property<R>("Detail", [](R &r) { return Variant(ObjectRef(r.detail())); }),
+      property<R>(
+          "documentName", [](R &r) { return r.documentName; },
+          [](R &r, const Variant &v) { r.documentName = v.toString(); }),
+      property<R>(
+          "Caption", [](R &r) { return r.caption; }, [](R &r, const Variant &v) { r.caption = v.toString(); }),
+      method<R>("AddNamedItem",
+                [](R &r, Args &a) {
+                  expectArgs(a, 2, 2);
+                  r.addNamedItem(a[0].toString(), a[1].toObject());
+                  return Variant();
+                }),
+  }};
+  return table;
+}
+
+} // namespace kordel::engine

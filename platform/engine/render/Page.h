@@ -1,0 +1,132 @@
+#pragma once
+
+#include <QColor>
+#include <QRectF>
+#include <QString>
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <variant>
+#include <vector>
+
+namespace kordel::engine {
+
+// Page coordinates and sizes: twips, 1440 to the inch, 20 to the point.
+using Twips = std::int32_t;
+constexpr Twips kTwipsPerInch = 1440;
+constexpr Twips kTwipsPerPoint = 20;
+
+constexpr QRgb kBlack = 0xff000000;
+
+// A rectangle on the page: top left corner and size.
+struct Box {
+  Twips x = 0;
+  Twips y = 0;
+  Twips width = 0;
+  Twips height = 0;
+
+  QRectF toRectF() const { return QRectF(x, y, width, height); }
+  friend bool operator==(const Box &, const Box &) = default;
+};
+
+enum class TextAlign : std::uint8_t { Left, Center, Right };
+enum class LineStyle : std::uint8_t { Solid, Dash, Dot };
+
+// How a line or a border is drawn. Width 0 is a hairline: the thinnest
+// line the device shows.
+struct Stroke {
+  QRgb color = kBlack;
+  Twips width = 0;
+  LineStyle style = LineStyle::Solid;
+
+  friend bool operator==(const Stroke &, const Stroke &) = default;
+};
+
+// One line of text in its box. The top of the box is the top of the line;
+// the alignment places the text between the box's left and right edges.
+// The text itself lives in the page's string pool: read it with
+// Page::text(run).
+class TextRun {
+public:
+  Box box;
+  QRgb color = kBlack;
+  std::uint16_t font = 0; // index into the document's font table
+  TextAlign align = TextAlign::Left;
+
+private:
+  friend class Page;
+  std::uint32_t textOffset_ = 0;
+  std::uint32_t textLength_ = 0;
+};
+
+struct LineItem {
+  Twips x1 = 0;
+  Twips y1 = 0;
+  Twips x2 = 0;
+  Twips y2 = 0;
+  Stroke stroke;
+};
+
+// A rectangle, filled and bordered as far as it has a fill and a border;
+// a corner radius above 0 rounds its corners.
+struct RectItem {
+  Box box;
+  std::optional<QRgb> fill;
+  std::optional<Stroke> border;
+  Twips cornerRadius = 0;
+};
+
+// An ellipse inscribed in its box.
+struct EllipseItem {
+  Box box;
+  std::optional<QRgb> fill;
+  std::optional<Stroke> border;
+};
+
+// An image of the document's image table, stretched to its box.
+struct ImageItem {
+  Box box;
+  std::int32_t image = 0;
+};
+
+using PageItem = std::variant<TextRun, LineItem, RectItem, EllipseItem, ImageItem>;
+
+// The display list of one finished page: its size and the items in painting
+// order. Items are small fixed-size values; the texts of all runs share one
+// string, so a page of a few hundred runs takes a few tens of kilobytes.
+class Page {
+public:
+  Page() = default;
+  Page(Twips width, Twips height) : width_(width), height_(height) {}
+
+  Twips width() const { return width_; }
+  Twips height() const { return height_; }
+  void setSize(Twips width, Twips height);
+
+  void addText(const Box &box, const QString &text, int font, QRgb color = kBlack, TextAlign align = TextAlign::Left);
+  void addLine(const LineItem &line) { items_.emplace_back(line); }
+  void addRect(const RectItem &rect) { items_.emplace_back(rect); }
+  void addEllipse(const EllipseItem &ellipse) { items_.emplace_back(ellipse); }
+  void addImage(const Box &box, int image) { items_.emplace_back(ImageItem{box, image}); }
+
+  const std::vector<PageItem> &items() const { return items_; }
+  int itemCount() const { return int(items_.size()); }
+  bool isEmpty() const { return items_.empty(); }
+  // The text of a run of this page.
+  QString text(const TextRun &run) const;
+
+  // Gives back the room kept for items and text still to come.
+  void squeeze();
+  // The memory the page holds, in bytes, counting what its containers
+  // have reserved.
+  std::size_t approximateBytes() const;
+
+private:
+  Twips width_ = 0;
+  Twips height_ = 0;
+  std::vector<PageItem> items_;
+  QString textPool_;
+};
+
+} // namespace kordel::engine

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "engine/render/PageDocument.h"
+
+#include <QFont>
+#include <QFontMetricsF>
+#include <QPainter>
+
+#include <vector>
+
+namespace kordel::engine {
+
+// Paints the pages of a document onto a painter whose units are twips:
+// the caller sets up the painter's transform for its device (a PDF writer
+// at 1440 dots per inch needs none; a screen or an image scales by its
+// resolution over 1440). Text sits in its box as TextCanvas measured it:
+// the top of the box is the top of the line, and the alignment uses the
+// measured width. Text is not clipped to its box.
+class PagePainter {
+public:
+  explicit PagePainter(const PageDocument &document);
+
+  // Paints the page with that index; raises 9 for an index out of range.
+  void paint(QPainter &painter, int pageIndex) const;
+  void paint(QPainter &painter, const Page &page) const;
+
+private:
+  struct PreparedFont {
+    QFont font;
+    QFontMetricsF metrics;
+  };
+
+  // The font with that index, prepared on first use, so that fonts the
+  // document gains after the painter was made paint as well.
+  const PreparedFont &preparedFont(int index) const;
+  void paintText(QPainter &painter, const Page &page, const TextRun &run) const;
+  void paintLine(QPainter &painter, const LineItem &line) const;
+  void paintRect(QPainter &painter, const RectItem &rect) const;
+  void paintEllipse(QPainter &painter, const EllipseItem &ellipse) const;
+  void paintImage(QPainter &painter, const ImageItem &image) const;
+
+  const PageDocument &document_;
+  mutable std::vector<PreparedFont> fonts_;
+};
+
+} // namespace kordel::engine

@@ -1,0 +1,174 @@
+// PDF files written from pages and read back with pdftotext, pdfinfo and pdffonts: text
+// in reading order, page sizes, embedded fonts, the document's title, and
+// what a failed export leaves behind.
+
+#include "PdfTools.h"
+
+#include "engine/export/PdfExporter.h"
+
+#include "support/ErrorCapture.h"
+#include "support/TempDir.h"
+
+#include <QDir>
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+using namespace kordel;
+using namespace kordel::engine;
+using kordel::test::TempDir;
+
+namespace {
+
+constexpr Twips kA4Short = 11906;
+constexpr Twips kA4Long = 16838;
+
+class PdfExport : public ::testing::Test {
+protected:
+  void SetUp() override {
+    if (!test::pdfToolsAvailable())
+      GTEST_SKIP() << "pdftotext, pdfinfo and pdffonts are needed";
+  }
+
+  // Three pages: A4 portrait with names in two columns and a line below
+  // them, A4 landscape in bold, A4 portrait in italic serif.
+  static PageDocument threePages() {
+    PageDocument document;
+    const int body = document.internFont(PageFont{});
+    PageFont boldFont;
+    boldFont.bold = true;
+    boldFont.pointSize = 14;
+    const int bold = document.internFont(boldFont);
+    PageFont serifFont;
+    serifFont.family = QStringLiteral("DejaVu Serif");
+    serifFont.italic = true;
+    const int serif = document.internFont(serifFont);
+
+    Page first(kA4Short, kA4Long);
+    first.addText({6000, 1440, 4000, 300}, QStringLiteral("Žluťoučký kůň"), body); // painted first, stands right
+    first.addText({1440, 1440, 4000, 300}, QStringLiteral("Åsa Öberg"), body);
+    first.addText({1440, 2880, 4000, 300}, QStringLiteral("Ελληνικά"), body);
+    first.addLine({1440, 3300, 10000, 3300, Stroke{}});
+    document.append(first);
+
+    Page second(kA4Long, kA4Short);
+    second.addText({1440, 1440, 14000, 400}, QStringLiteral("Landscape summary"), bold, kBlack, TextAlign::Center);
+    document.append(second);
+
+    Page third(kA4Short, kA4Long);
+    third.addText({1440, 1440, 9000, 300}, QStringLiteral("Third page ends the report"), serif, kBlack,
+                  TextAlign::Right);
+    document.append(third);
+    return document;
+  }
+
+  TempDir dir_;
+};
+
+TEST_F(PdfExport, TextComesBackInReadingOrderPageByPage) {
+  const QString path = dir_.file(QStringLiteral("report.pdf"));
+  PdfExporter().exportDocument(threePages(), path);
+
+  const QStringList pages = test::pdfPageTexts(path);
+  ASSERT_EQ(pages.size(), 3) << pages.join(QStringLiteral("\n---\n")).toStdString();
+  const QString &first = pages[0];
+  const qsizetype name = first.indexOf(QStringLiteral("Åsa Öberg"));
+  const qsizetype horse = first.indexOf(QStringLiteral("Žluťoučký kůň"));
+  const qsizetype greek = first.indexOf(QStringLiteral("Ελληνικά"));
+  ASSERT_GE(name, 0) << first.toStdString();
+  ASSERT_GE(horse, 0) << first.toStdString();
+  ASSERT_GE(greek, 0) << first.toStdString();
+  EXPECT_LT(name, horse);                                                  // left column first
+  EXPECT_FALSE(first.mid(name, horse - name).contains(QLatin1Char('\n'))); // on the same line
+  EXPECT_LT(horse, greek);                                                 // the lower line after
+  EXPECT_TRUE(first.mid(horse, greek - horse).contains(QLatin1Char('\n')));
+  EXPECT_TRUE(pages[1].contains(QStringLiteral("Landscape summary"))) << pages[1].toStdString();
+  EXPECT_TRUE(pages[2].contains(QStringLiteral("Third page ends the report"))) << pages[2].toStdString();
+}
+
+TEST_F(PdfExport, EachPageHasItsOwnSizeAndTheDocumentItsTitle) {
+  const QString path = dir_.file(QStringLiteral("sizes.pdf"));
+  PdfExporter exporter;
+  exporter.setTitle(QStringLiteral("Kunder i Göteborg"));
+  exporter.setCreator(QStringLiteral("Kordel tests"));
+  exporter.exportDocument(threePages(), path);
+
+  EXPECT_EQ(test::pdfInfoValue(path, QStringLiteral("Pages")), QStringLiteral("3"));
+  EXPECT_EQ(test::pdfInfoValue(path, QStringLiteral("Title")), QStringLiteral("Kunder i Göteborg"));
+  EXPECT_EQ(test::pdfInfoValue(path, QStringLiteral("Creator")), QStringLiteral("Kordel tests"));
+  const std::vector<QSizeF> sizes = test::pdfPageSizes(path);
+  ASSERT_EQ(sizes.size(), 3u);
+  const auto rounded = [](const QSizeF &size) {
+    return QSize(int(std::lround(size.width())), int(std::lround(size.height())));
+  };
+  EXPECT_EQ(rounded(sizes[0]), QSize(595, 842));
+  EXPECT_EQ(rounded(sizes[1]), QSize(842, 595));
+  EXPECT_EQ(rounded(sizes[2]), QSize(595, 842));
+}
+
+TEST_F(PdfExport, FontsAreEmbedded) {
+  const QString path = dir_.file(QStringLiteral("fonts.pdf"));
+  PdfExporter().exportDocument(threePages(), path);
+  const std::vector<test::PdfFont> fonts = test::pdfFonts(path);
+  ASSERT_GE(fonts.size(), 3u); // plain, bold and serif italic
+  bool serif = false;
+  for (const test::PdfFont &font : fonts) {
+    EXPECT_TRUE(font.embedded) << font.name.toStdString();
+    EXPECT_TRUE(font.name.contains(QStringLiteral("DejaVu"))) << font.name.toStdString();
+    serif = serif || font.name.contains(QStringLiteral("Serif"));
+  }
+  EXPECT_TRUE(serif);
+}
+
+TEST_F(PdfExport, ARangeWritesOnlyItsPages) {
+  const QString path = dir_.file(QStringLiteral("range.pdf"));
+  const PageDocument document = threePages();
+  PdfExporter().exportPages(document, path, 1, 2);
+  const QStringList pages = test::pdfPageTexts(path);
+  ASSERT_EQ(pages.size(), 2);
+  EXPECT_TRUE(pages[0].contains(QStringLiteral("Landscape summary")));
+  EXPECT_FALSE(pages.join(QString()).contains(QStringLiteral("Åsa")));
+  ASSERT_EQ(test::pdfPageSizes(path).size(), 2u);
+  EXPECT_GT(test::pdfPageSizes(path)[0].width(), test::pdfPageSizes(path)[0].height());
+
+  for (const auto &[first, last] : {std::pair{-1, 1}, std::pair{0, 3}, std::pair{2, 1}})
+    EXPECT_EQ(test::errorNumber([&] { PdfExporter().exportPages(document, path, first, last); }),
+              ErrorNumber::SubscriptOutOfRange);
+  EXPECT_EQ(test::errorNumber([&] { PdfExporter().exportDocument(PageDocument(), dir_.file("empty.pdf")); }),
+            ErrorNumber::InvalidCall);
+  EXPECT_FALSE(QFile::exists(dir_.file(QStringLiteral("empty.pdf"))));
+}
+
+TEST_F(PdfExport, AMissingFolderRaises76AndLeavesNothing) {
+  const QString missing = dir_.file(QStringLiteral("no such folder"));
+  const QString path = missing + QStringLiteral("/report.pdf");
+  const Error error = test::errorOf([&] { PdfExporter().exportDocument(threePages(), path); });
+  EXPECT_EQ(error.number(), ErrorNumber::PathNotFound);
+  EXPECT_TRUE(error.description().contains(missing)) << error.what();
+  EXPECT_FALSE(QFileInfo::exists(missing));
+  EXPECT_TRUE(QDir(dir_.path()).entryList(QDir::NoDotAndDotDot | QDir::AllEntries | QDir::Hidden).isEmpty());
+}
+
+TEST_F(PdfExport, ATargetThatCannotBeWrittenRaises70) {
+  const QString folder = dir_.file(QStringLiteral("report.pdf"));
+  ASSERT_TRUE(QDir().mkdir(folder));
+  const Error error = test::errorOf([&] { PdfExporter().exportDocument(threePages(), folder); });
+  EXPECT_EQ(error.number(), ErrorNumber::PermissionDenied);
+  EXPECT_TRUE(error.description().contains(folder)) << error.what();
+  EXPECT_TRUE(QFileInfo(folder).isDir());
+}
+
+TEST_F(PdfExport, AFailureOnTheWayKeepsTheEarlierFileAndLeavesNoPartOfTheNewOne) {
+  const QString path = dir_.file(QStringLiteral("report.pdf"));
+  ASSERT_TRUE(test::writeFile(path, "the earlier export"));
+  PageDocument document = threePages();
+  // A page changed after it was appended now names a font the document lacks.
+  document.page(2).addText({0, 0, 100, 100}, QStringLiteral("lost"), 7);
+  EXPECT_EQ(test::errorNumber([&] { PdfExporter().exportDocument(document, path); }), ErrorNumber::SubscriptOutOfRange);
+  EXPECT_EQ(test::readFile(path), QByteArray("the earlier export"));
+  EXPECT_EQ(QDir(dir_.path()).entryList(QDir::NoDotAndDotDot | QDir::AllEntries | QDir::Hidden),
+            QStringList{QStringLiteral("report.pdf")});
+}
+
+} // namespace
