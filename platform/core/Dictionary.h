@@ -52,12 +52,29 @@ private:
     Variant item;
   };
 
-  QString hashKey(const Variant &key) const;
+  // A key as the index compares it: numbers by the bits of their value as
+  // a Double, objects by address, strings by their text, case-folded in
+  // the Text mode. Making one allocates nothing, except to fold a string
+  // that has capitals.
+  struct IndexKey {
+    enum class Kind : std::uint8_t { Empty, Null, Number, String, Object };
+    Kind kind = Kind::Empty;
+    quint64 bits = 0;
+    QString text;
+
+    friend bool operator==(const IndexKey &a, const IndexKey &b) {
+      return a.kind == b.kind && a.bits == b.bits && a.text == b.text;
+    }
+    size_t hash(size_t seed) const;
+    friend size_t qHash(const IndexKey &key, size_t seed) { return key.hash(seed); }
+  };
+
+  IndexKey indexKey(const Variant &key) const;
   int find(const Variant &key) const;
   void rebuildIndex();
 
   std::vector<Entry> entries_;
-  QHash<QString, int> index_;
+  QHash<IndexKey, int> index_;
   CompareMode mode_ = CompareMode::Binary;
 };
 

@@ -3,10 +3,12 @@
 #include "core/Error.h"
 #include "core/Object.h"
 #include "core/Variant.h"
+#include "script/ScriptErrors.h"
 
 #include <QString>
 
 #include <cstdint>
+#include <exception>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -34,13 +36,30 @@ private:
   bool compileError_;
 };
 
+// The request to end a whole run at once with an exit code, as
+// WScript.Quit makes it. It is no error: a host object throws it, both
+// engines carry it past every handler of the script (On Error Resume Next,
+// try/catch) and out of the host's entry, and the host that ran the script
+// takes the code.
+class ScriptStop final : public std::exception {
+public:
+  explicit ScriptStop(int exitCode) : exitCode_(exitCode) {}
+
+  int exitCode() const { return exitCode_; }
+  const char *what() const noexcept override { return "The script asked to stop"; }
+
+private:
+  int exitCode_;
+};
+
 // The limits of one entry into an engine from the host: a call, an
 // evaluate or an addCode, with everything the script calls in turn.
 // Zero means no limit. When the time or the statements are spent the
-// script ends with an error (1001) that On Error Resume Next cannot catch;
-// calls nested too deep raise Out of stack space (28). The default time
-// keeps a runaway layout script from hanging a run; hosts that run long
-// automation scripts lift it.
+// script ends with an error (ScriptErrorNumber::Timeout) that On Error
+// Resume Next cannot catch; calls nested too deep raise Out of stack space
+// (ScriptErrorNumber::OutOfStackSpace). The default time keeps a runaway
+// layout script from hanging a run; hosts that run long automation scripts
+// lift it.
 struct ScriptBudget {
   int milliseconds = 30000;    // wall-clock time of the entry
   std::int64_t statements = 0; // statements and loop turns executed
@@ -68,7 +87,8 @@ using ObjectFactory = std::function<ObjectRef(const QString &progId)>;
 // A script engine of one language. Hosts add named items (objects that
 // scripts see by name) and code, then call procedures and evaluate
 // expressions; values and objects cross in both directions as Variant and
-// Object. Every failure leaves as a ScriptError.
+// Object. Every failure leaves as a ScriptError; a stop that a host object
+// asked for leaves as the ScriptStop it threw.
 class ScriptEngine {
 public:
   virtual ~ScriptEngine();

@@ -44,6 +44,11 @@ void WScriptObject::echo(const Args &args) {
     sink_(parts.join(u' '));
 }
 
+void WScriptObject::quit(const Args &args) {
+  expectArgs(args, 0, 1);
+  throw ScriptStop(args.empty() || args[0].isEmpty() ? 0 : args[0].toLong());
+}
+
 const MemberTable &WScriptObject::memberTable() const {
   static const MemberTable table{{
       method<WScriptObject>("Echo",
@@ -51,14 +56,14 @@ const MemberTable &WScriptObject::memberTable() const {
                               w.echo(args);
                               return Variant();
                             }),
+      method<WScriptObject>("Quit", [](WScriptObject &w, Args &args) -> Variant { w.quit(args); }),
       property<WScriptObject>("ScriptName", [](WScriptObject &w) { return w.scriptName(); }),
       property<WScriptObject>("Arguments", [](WScriptObject &w) { return Variant(w.arguments_); }),
   }};
   return table;
 }
 
-std::optional<ScriptError> runScript(const QString &code, const ScriptRunOptions &options,
-                                     const WScriptObject::Sink &echo) {
+ScriptOutcome runScript(const QString &code, const ScriptRunOptions &options, const WScriptObject::Sink &echo) {
   try {
     std::unique_ptr<ScriptEngine> engine = createScriptEngine(options.language);
     engine->setBudget(options.budget);
@@ -71,11 +76,13 @@ std::optional<ScriptError> runScript(const QString &code, const ScriptRunOptions
     for (const auto &[name, object] : options.namedItems)
       engine->addNamedItem(name, object);
     engine->addCode(code);
-    return std::nullopt;
+    return {};
+  } catch (const ScriptStop &stop) {
+    return {std::nullopt, stop.exitCode()};
   } catch (const ScriptError &error) {
-    return error;
+    return {error, 1};
   } catch (...) {
-    return ScriptError(pendingError(), 0, 0);
+    return {ScriptError(pendingError(), 0, 0), 1};
   }
 }
 

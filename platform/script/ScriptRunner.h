@@ -30,7 +30,8 @@ private:
 
 // The WScript object of a script run from the command line. Echo turns
 // each argument into text as CStr does, joins them with blanks and hands
-// the line to the sink.
+// the line to the sink. Quit([code]) ends the run at once with the code
+// (0 when left out), whatever error handling the script has.
 class WScriptObject final : public Object {
 public:
   using Sink = std::function<void(const QString &line)>;
@@ -39,6 +40,8 @@ public:
 
   QString typeName() const override { return QStringLiteral("Object"); }
   void echo(const Args &args);
+  // Throws ScriptStop.
+  [[noreturn]] void quit(const Args &args);
   const QString &scriptName() const { return scriptName_; }
 
 protected:
@@ -63,10 +66,17 @@ struct ScriptRunOptions {
   ScriptUi ui;
 };
 
+// How a whole script run ended, and the exit code a command line gives
+// for it: 0 at the script's end, WScript.Quit's code, or 1 for the error
+// that ended the script.
+struct ScriptOutcome {
+  std::optional<ScriptError> error;
+  int exitCode = 0;
+};
+
 // Runs a whole script: its global statements run at once. Echo lines go to
-// echo as they come. Returns the error that ended the script, if any.
-std::optional<ScriptError> runScript(const QString &code, const ScriptRunOptions &options,
-                                     const WScriptObject::Sink &echo);
+// echo as they come.
+ScriptOutcome runScript(const QString &code, const ScriptRunOptions &options, const WScriptObject::Sink &echo);
 
 // Reads a script file: UTF-8, or UTF-16 with a byte-order mark. Raises 53
 // when the file does not exist and 70 when it cannot be read.

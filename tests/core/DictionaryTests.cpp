@@ -49,6 +49,16 @@ TEST(DictionaryTest, KeysCompareByKind) {
   EXPECT_EQ(errorNumber([&] { d.add(1.0, "again"); }), ErrorNumber::DuplicateKey);
   d.add(0.0, "zero");
   EXPECT_TRUE(d.exists(-0.0));
+  EXPECT_TRUE(d.exists(Variant(Date{0.0}))); // a date is the number of its serial
+  d.add(true, "true");
+  EXPECT_TRUE(d.exists(-1)); // True is -1
+  // Empty, Null and the empty string are three keys.
+  d.add(Variant(), "empty");
+  EXPECT_FALSE(d.exists(Variant::null()));
+  EXPECT_FALSE(d.exists(""));
+  d.add(Variant::null(), "null");
+  d.add("", "empty string");
+  EXPECT_EQ(d.item(Variant()), Variant("empty"));
 
   auto a = std::make_shared<test::ValueObject>(Variant(1));
   auto b = std::make_shared<test::ValueObject>(Variant(1));
@@ -71,6 +81,8 @@ TEST(DictionaryTest, BinaryAndTextCompareMode) {
   EXPECT_EQ(text.item("kEY"), Variant(1));
   EXPECT_EQ(errorNumber([&] { text.add("KEY", 2); }), ErrorNumber::DuplicateKey);
   EXPECT_EQ(keysOf(text), (std::vector<Variant>{"Key"})); // the key keeps its first spelling
+  text.add(QString::fromUtf8("Åsa"), 2);
+  EXPECT_EQ(text.item(QString::fromUtf8("åSA")), Variant(2));
   // The mode is fixed once the dictionary holds something.
   EXPECT_EQ(errorNumber([&] { text.setCompareMode(CompareMode::Binary); }), ErrorNumber::InvalidCall);
   text.removeAll();

@@ -45,7 +45,7 @@ TEST_P(Conformance, EchoesWhatVBScriptEchoes) {
   script::ScriptRunOptions options;
   options.scriptName = name + QStringLiteral(".vbs");
   options.budget.milliseconds = 20000; // only so that a broken loop cannot hang the suite
-  const auto error = script::runScript(code, options, [&output](const QString &line) { output.append(line); });
+  const auto error = script::runScript(code, options, [&output](const QString &line) { output.append(line); }).error;
   if (error)
     ADD_FAILURE() << "script ended with error " << error->number() << " at line " << error->line() << ": "
                   << error->description().toStdString();

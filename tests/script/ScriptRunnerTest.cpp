@@ -16,9 +16,10 @@ namespace {
 QStringList run(const QString &code, std::optional<script::ScriptError> *error = nullptr,
                 const script::ScriptRunOptions &options = {}) {
   QStringList lines;
-  const auto result = script::runScript(code, options, [&lines](const QString &line) { lines.append(line); });
+  const script::ScriptOutcome outcome =
+      script::runScript(code, options, [&lines](const QString &line) { lines.append(line); });
   if (error)
-    *error = result;
+    *error = outcome.error;
   return lines;
 }
 

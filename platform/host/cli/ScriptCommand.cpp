@@ -66,15 +66,15 @@ int script(HostApplication &app, const QStringList &args) {
   options.ui.inputBox = [](const QString &prompt, const QString &title, const QString &defaultText) {
     return hostapi::ui().inputBox(prompt, title, defaultText);
   };
-  const auto failure = script::runScript(script::readScriptFile(file), options, [](const QString &line) {
-    std::fprintf(stdout, "%s\n", line.toUtf8().constData());
-    std::fflush(stdout);
-  });
-  if (!failure)
-    return 0;
-  std::fprintf(stderr, "%s(%d, %d): %s (%d)\n", options.scriptName.toUtf8().constData(), failure->line(),
-               failure->column(), failure->description().toUtf8().constData(), failure->number());
-  return 1;
+  const script::ScriptOutcome outcome =
+      script::runScript(script::readScriptFile(file), options, [](const QString &line) {
+        std::fprintf(stdout, "%s\n", line.toUtf8().constData());
+        std::fflush(stdout);
+      });
+  if (const auto &failure = outcome.error)
+    std::fprintf(stderr, "%s(%d, %d): %s (%d)\n", options.scriptName.toUtf8().constData(), failure->line(),
+                 failure->column(), failure->description().toUtf8().constData(), failure->number());
+  return outcome.exitCode;
 }
 
 } // namespace kordel::host::cli

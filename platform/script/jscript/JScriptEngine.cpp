@@ -21,7 +21,7 @@ bool JScriptEngine::hasProcedure(const QString &name) const { return context_->p
 Variant JScriptEngine::call(const QString &name, Args &args) {
   const QJSValue procedure = context_->procedure(name);
   if (!procedure.isCallable())
-    throw ScriptError(Error(JsError::SubNotDefined, runtimeErrorSource(),
+    throw ScriptError(Error(ScriptErrorNumber::SubNotDefined, runtimeErrorSource(),
                             QStringLiteral("Sub or Function not defined: '%1'").arg(name)),
                       0, 0);
   Variant result = context_->callFunction(procedure, context_->global(), context_->toJsList(args));

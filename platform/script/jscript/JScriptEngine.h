@@ -30,6 +30,10 @@ class JsContext;
 // engine counting no statements) interrupts the script from a helper
 // thread; recursion ends at the engine's own stack limit with error 28, and
 // host-to-script re-entries count against recursionDepth.
+//
+// Stop: a host object that throws ScriptStop (WScript.Quit) interrupts the
+// engine as the time limit does, so no try/catch of the script keeps it,
+// and the entry leaves as that ScriptStop.
 class JScriptEngine final : public ScriptEngine {
 public:
   JScriptEngine();

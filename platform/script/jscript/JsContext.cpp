@@ -32,8 +32,8 @@ public:
   explicit Entry(JsContext &context) : context_(context) {
     const int limit = context_.budget_.recursionDepth;
     if (limit > 0 && context_.depth_ >= limit)
-      throw ScriptError(Error(JsError::OutOfStackSpace, runtimeErrorSource(), QStringLiteral("Out of stack space")), 0,
-                        0);
+      throw ScriptError(
+          Error(ScriptErrorNumber::OutOfStackSpace, runtimeErrorSource(), QStringLiteral("Out of stack space")), 0, 0);
     if (context_.depth_++ == 0 && context_.watchdog_ && context_.timeLimitMs_ > 0)
       context_.watchdog_->arm(std::chrono::milliseconds(context_.timeLimitMs_));
   }
@@ -43,6 +43,7 @@ public:
     if (context_.watchdog_)
       context_.watchdog_->disarm();
     context_.qjs_->setInterrupted(false);
+    context_.stopCode_.reset();
   }
   Entry(const Entry &) = delete;
   Entry &operator=(const Entry &) = delete;
@@ -106,11 +107,13 @@ void JsContext::raiseThrown(const QJSValue &thrown, const QStringList &trace) {
 }
 
 void JsContext::checkInterrupted() const {
-  if (qjs_->isInterrupted()) {
-    if (qjs_->hasError())
-      qjs_->catchError();
-    throw timeoutError(timeLimitMs_);
-  }
+  if (!qjs_->isInterrupted())
+    return;
+  if (qjs_->hasError())
+    qjs_->catchError();
+  if (stopCode_)
+    throw ScriptStop(*stopCode_);
+  throw timeoutError(timeLimitMs_);
 }
 
 QJSValue JsContext::compiledExpression(const QString &expression) {
@@ -149,8 +152,18 @@ void JsContext::setBudget(const ScriptBudget &budget) {
 
 // ---- errors ----
 
-void JsContext::throwIntoScript(const Error &error) {
-  qjs_->throwError(helpers_.makeError.call({error.number(), error.description(), error.source()}));
+void JsContext::throwPendingIntoScript() {
+  try {
+    throw;
+  } catch (const ScriptStop &stop) {
+    // The engine stops at once: an interrupted engine runs no catch or
+    // finally block. Each entry it unwinds leaves as the stop again.
+    stopCode_ = stop.exitCode();
+    qjs_->setInterrupted(true);
+  } catch (...) {
+    const Error error = pendingError();
+    qjs_->throwError(helpers_.makeError.call({error.number(), error.description(), error.source()}));
+  }
 }
 
 // ---- the global scope ----

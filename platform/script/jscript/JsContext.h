@@ -10,6 +10,7 @@
 #include <QStringList>
 
 #include <memory>
+#include <optional>
 
 namespace kordel::script::js {
 
@@ -62,10 +63,12 @@ public:
   // The elements of a script array of arguments.
   Args toArgs(const QJSValue &array);
 
-  // Makes a host error the pending exception of the script that called into
-  // the host, as an Error object with number and description. For use
-  // inside a bridge call only.
-  void throwIntoScript(const Error &error);
+  // Hands the exception in flight to the script that called into the host.
+  // An error becomes the script's pending exception, an Error object with
+  // number and description. A ScriptStop interrupts the engine, which no
+  // try/catch of the script survives, and the entry then leaves as that
+  // ScriptStop. For use inside a catch block of a bridge call only.
+  void throwPendingIntoScript();
 
   // ---- the global scope
   // The script's own global function of a name: the exact name, else the
@@ -96,8 +99,8 @@ private:
   // After a run that threw: the error as the host sees it, or the timeout
   // when the budget interrupted the run.
   [[noreturn]] void raiseThrown(const QJSValue &thrown, const QStringList &trace);
-  // After a run that did not throw: the timeout if the budget interrupted
-  // what followed (the conversion of the result).
+  // After a run that did not throw: the stop or the timeout if either
+  // interrupted what followed (the conversion of the result).
   void checkInterrupted() const;
   Variant arrayToVariant(const QJSValue &array, int depth);
   Variant objectToVariant(const QJSValue &value, int depth);
@@ -113,6 +116,7 @@ private:
   int timeLimitMs_ = 0;
   std::unique_ptr<Watchdog> watchdog_;
   int depth_ = 0;
+  std::optional<int> stopCode_; // WScript.Quit's code while the stop unwinds the entries
 
   ObjectFactory objectFactory_;
   std::shared_ptr<BridgeLink> link_;

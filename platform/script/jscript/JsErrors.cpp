@@ -28,7 +28,7 @@ int numberOfEngineError(const QString &name, const QString &description) {
   if (name == QLatin1String("TypeError"))
     return JsError::ObjectExpected;
   if (name == QLatin1String("RangeError") && description.startsWith(QLatin1String("Maximum call stack size exceeded")))
-    return JsError::OutOfStackSpace;
+    return ScriptErrorNumber::OutOfStackSpace;
   return JsError::UncaughtException;
 }
 
@@ -55,7 +55,7 @@ ScriptError scriptErrorFrom(const QJSValue &info, const QJSValue &thrown, const 
   if (number == 0) {
     const QString name = error.property(QStringLiteral("name")).toString();
     number = numberOfEngineError(name, description);
-    if (number == JsError::OutOfStackSpace)
+    if (number == ScriptErrorNumber::OutOfStackSpace)
       description = QStringLiteral("Out of stack space");
     if (number == JsError::UncaughtException && !thrown.isError())
       description = QStringLiteral("Exception thrown and not caught: %1").arg(description);
@@ -69,7 +69,7 @@ ScriptError scriptErrorFrom(const QJSValue &info, const QJSValue &thrown, const 
 }
 
 ScriptError timeoutError(int milliseconds) {
-  return ScriptError(Error(JsError::ScriptTimeout, runtimeErrorSource(),
+  return ScriptError(Error(ScriptErrorNumber::Timeout, runtimeErrorSource(),
                            QStringLiteral("The script ran longer than it may (%1 ms)").arg(milliseconds)),
                      0, 0);
 }

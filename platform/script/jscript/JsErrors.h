@@ -1,19 +1,16 @@
 #pragma once
 
 #include "script/ScriptEngine.h"
+#include "script/ScriptErrors.h"
 
 #include <QJSValue>
 #include <QStringList>
 
 namespace kordel::script::js {
 
-// Error numbers of the JScript engine beyond the shared table. The budget's
-// two errors carry the numbers VBScript gives them, so that a host treats
-// both languages alike.
+// Error numbers of the JScript engine beyond the shared tables of
+// core/Error.h and script/ScriptErrors.h.
 namespace JsError {
-constexpr int OutOfStackSpace = 28;       // recursion past the engine's stack
-constexpr int SubNotDefined = 35;         // the host called a procedure that is not there
-constexpr int ScriptTimeout = 1001;       // the time budget of an entry is spent
 constexpr int SyntaxError = 1002;         // any error found while compiling
 constexpr int ObjectExpected = 5007;      // a TypeError of the engine
 constexpr int UndefinedIdentifier = 5009; // a ReferenceError of the engine

@@ -51,7 +51,7 @@ QJSValue ObjectBridge::member(const QString &name) {
       return engine.helpers().callable;
     }
   } catch (...) {
-    engine.throwIntoScript(pendingError());
+    engine.throwPendingIntoScript();
     return {};
   }
 }
@@ -62,7 +62,7 @@ void ObjectBridge::setMember(const QString &name, const QJSValue &value) {
     Args none;
     target().set(name, none, engine.toVariant(value));
   } catch (...) {
-    engine.throwIntoScript(pendingError());
+    engine.throwPendingIntoScript();
   }
 }
 
@@ -72,7 +72,7 @@ QJSValue ObjectBridge::invoke(const QString &name, const QJSValue &arguments) {
     Args args = engine.toArgs(arguments);
     return engine.toJs(target().call(name, args));
   } catch (...) {
-    engine.throwIntoScript(pendingError());
+    engine.throwPendingIntoScript();
     return {};
   }
 }
@@ -100,7 +100,7 @@ QJSValue ObjectBridge::primitive() {
       return QJSValue(plain);
     }
   } catch (...) {
-    engine.throwIntoScript(pendingError());
+    engine.throwPendingIntoScript();
     return {};
   }
 }
@@ -110,7 +110,7 @@ QJSValue ObjectBridge::enumerate() {
   try {
     return engine.adoptBridge(new EnumeratorBridge(engine.bridgeLink(), target().enumerate()));
   } catch (...) {
-    engine.throwIntoScript(pendingError());
+    engine.throwPendingIntoScript();
     return {};
   }
 }
@@ -128,7 +128,7 @@ QJSValue EnumeratorBridge::next() {
       return engine.helpers().end;
     return engine.toJs(value);
   } catch (...) {
-    engine.throwIntoScript(pendingError());
+    engine.throwPendingIntoScript();
     return {};
   }
 }
@@ -137,7 +137,7 @@ QJSValue HostBridge::createObject(const QString &progId) {
   try {
     return context_.toJs(Variant(context_.createObject(progId)));
   } catch (...) {
-    context_.throwIntoScript(pendingError());
+    context_.throwPendingIntoScript();
     return {};
   }
 }

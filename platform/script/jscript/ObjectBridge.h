@@ -38,8 +38,8 @@ private:
 };
 
 // The QObject behind a host object's proxy in scripts (see BridgeScript.cpp
-// for the proxy's side). Each method catches every error at its boundary
-// and turns it into the script's pending exception.
+// for the proxy's side). Each method catches every exception at its
+// boundary and hands it to the script (JsContext::throwPendingIntoScript).
 class ObjectBridge final : public ContextBridge {
   Q_OBJECT
 public:

@@ -82,7 +82,7 @@ Variant *Interpreter::storage(Expr &expr, Frame &frame) {
   return &array.elements()[elementOffset(array, at, count)];
 }
 
-void Interpreter::assignElement(Variant &array, std::vector<ExprPtr> &args, Variant value, Frame &frame) {
+void Interpreter::assignElement(Variant &array, std::vector<ExprPtr> &args, Variant &&value, Frame &frame) {
   std::int32_t at[kMaxDimensions];
   const int count = subscriptCount(args);
   subscripts(args, frame, at);
@@ -90,7 +90,7 @@ void Interpreter::assignElement(Variant &array, std::vector<ExprPtr> &args, Vari
   elements.elements()[elementOffset(elements, at, count)] = std::move(value);
 }
 
-void Interpreter::assign(Expr &target, Variant value, bool isSet, Frame &frame) {
+void Interpreter::assign(Expr &target, Variant &&value, bool isSet, Frame &frame) {
   switch (target.kind) {
   case ExprKind::Name: assignName(static_cast<NameExpr &>(target), std::move(value), isSet, frame); return;
   case ExprKind::Member: {
@@ -160,7 +160,7 @@ void Interpreter::assign(Expr &target, Variant value, bool isSet, Frame &frame) 
   setHost(*object.rawObject(), QString(), &call.args, value, frame);
 }
 
-void Interpreter::assignName(NameExpr &name, Variant value, bool isSet, Frame &frame) {
+void Interpreter::assignName(NameExpr &name, Variant &&value, bool isSet, Frame &frame) {
   switch (name.binding) {
   case Binding::Local: *frame.refs[name.index] = std::move(value); return;
   case Binding::Field: frame.me->fields()[std::size_t(name.index)] = std::move(value); return;
@@ -186,7 +186,7 @@ void Interpreter::assignName(NameExpr &name, Variant value, bool isSet, Frame &f
   }
 }
 
-void Interpreter::assignMember(ScriptObject &object, int index, std::vector<ExprPtr> *args, Variant value, bool isSet,
+void Interpreter::assignMember(ScriptObject &object, int index, std::vector<ExprPtr> *args, Variant &&value, bool isSet,
                                Frame &frame) {
   const ClassDef::Member &member = object.classDef().members[std::size_t(index)];
   switch (member.kind) {

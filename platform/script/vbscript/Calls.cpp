@@ -47,6 +47,26 @@ struct Interpreter::ArgsLease {
   Args &args;
 };
 
+// The argument slots of a library call, from a pool whose slots stay Empty
+// between calls, so that a call makes no Variants beyond its arguments.
+// Nested calls take the next slots.
+struct Interpreter::BuiltinSlots {
+  BuiltinSlots(Interpreter &interpreter, int used) : interpreter(interpreter), values(take(interpreter)), used(used) {}
+  ~BuiltinSlots() {
+    for (int i = 0; i < used; ++i)
+      values[i] = Variant();
+    --interpreter.builtinSlotsDepth_;
+  }
+  static Variant *take(Interpreter &interpreter) {
+    if (interpreter.builtinSlotsDepth_ == interpreter.builtinSlots_.size())
+      interpreter.builtinSlots_.emplace_back();
+    return interpreter.builtinSlots_[interpreter.builtinSlotsDepth_++].data();
+  }
+  Interpreter &interpreter;
+  Variant *values;
+  int used;
+};
+
 Variant Interpreter::invoke(const Procedure &procedure, ScriptObject *me, std::vector<ExprPtr> *args, Frame &caller,
                             const Variant *assigned) {
   const int given = args ? int(args->size()) : 0;
@@ -185,15 +205,15 @@ Variant Interpreter::callBuiltin(const BuiltinDef &builtin, std::vector<ExprPtr>
     BuiltinArgs call{*this, frame, values.data(), count, 0};
     return builtin.fn(call);
   }
-  Variant values[kMaxBuiltinArgs];
+  BuiltinSlots arguments(*this, count);
   std::uint32_t omitted = 0;
   for (int i = 0; i < count; ++i) {
     if (Expr *arg = (*args)[std::size_t(i)].get())
-      values[i] = eval(*arg, frame);
+      arguments.values[i] = eval(*arg, frame);
     else
       omitted |= 1u << i;
   }
-  BuiltinArgs call{*this, frame, values, count, omitted};
+  BuiltinArgs call{*this, frame, arguments.values, count, omitted};
   return builtin.fn(call);
 }
 

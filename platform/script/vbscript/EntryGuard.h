@@ -38,6 +38,8 @@ template <class F> auto Interpreter::guarded(F &&body) -> decltype(body()) {
     throw error.toScriptError();
   } catch (const ScriptError &) {
     throw;
+  } catch (const ScriptStop &) {
+    throw;
   } catch (...) {
     throw ScriptError(pendingError(), 0, 0);
   }

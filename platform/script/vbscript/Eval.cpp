@@ -6,6 +6,7 @@
 #include "script/vbscript/ScriptObject.h"
 #include "script/vbscript/VbErrors.h"
 
+#include <algorithm>
 #include <typeinfo>
 
 namespace kordel::script::vb {
@@ -21,22 +22,12 @@ Variant Interpreter::eval(Expr &e, Frame &frame) {
     return unaryOperation(unary.op, eval(*unary.operand, frame));
   }
   case ExprKind::Binary: {
-    // Literals, variables and constants are read where they lie. The left
-    // side may be read in place only when the right side runs no code
-    // that could change it.
     auto &binary = static_cast<BinaryExpr &>(e);
-    Variant leftCopy, rightCopy;
-    const Variant *right = storedValue(*binary.right, frame);
-    const Variant *left = right ? storedValue(*binary.left, frame) : nullptr;
-    if (!left) {
-      leftCopy = eval(*binary.left, frame);
-      left = &leftCopy;
-    }
-    if (!right) {
-      rightCopy = eval(*binary.right, frame);
-      right = &rightCopy;
-    }
-    return binaryOperation(binary.op, *left, *right, budget_.maxStringLength);
+    if (binary.op == BinaryOp::Concat)
+      return evalConcat(binary, frame);
+    Operands operands;
+    evalOperands(*binary.left, *binary.right, frame, operands);
+    return binaryOperation(binary.op, *operands.left, *operands.right, budget_.maxStringLength);
   }
   case ExprKind::New: return evalNew(static_cast<NewExpr &>(e));
   case ExprKind::Me: {
@@ -48,6 +39,54 @@ Variant Interpreter::eval(Expr &e, Frame &frame) {
   case ExprKind::Paren: return eval(*static_cast<ParenExpr &>(e).inner, frame);
   }
   return Variant();
+}
+
+// Literals, variables and constants are read where they lie. The left side
+// may be read in place only when the right side runs no code that could
+// change it.
+void Interpreter::evalOperands(Expr &left, Expr &right, Frame &frame, Operands &out) {
+  out.right = storedValue(right, frame);
+  out.left = out.right ? storedValue(left, frame) : nullptr;
+  if (!out.left) {
+    out.leftCopy = eval(left, frame);
+    out.left = &out.leftCopy;
+  }
+  if (!out.right) {
+    out.rightCopy = eval(right, frame);
+    out.right = &out.rightCopy;
+  }
+}
+
+// a & b & c ...: the chain of & goes into one string. The operands are
+// evaluated and joined in the order, and with the errors, of joining them
+// two at a time.
+Variant Interpreter::evalConcat(BinaryExpr &chain, Frame &frame) {
+  constexpr int kMaxOperands = 32; // a longer chain joins its left part on its own
+  Expr *operands[kMaxOperands];
+  int count = 0;
+  Expr *rest = &chain;
+  while (count < kMaxOperands - 1 && rest->kind == ExprKind::Binary &&
+         static_cast<BinaryExpr *>(rest)->op == BinaryOp::Concat) {
+    auto *link = static_cast<BinaryExpr *>(rest);
+    operands[count++] = link->right.get();
+    rest = link->left.get();
+  }
+  operands[count++] = rest;
+  std::reverse(operands, operands + count);
+
+  ConcatChain joined(budget_.maxStringLength);
+  {
+    Operands first;
+    evalOperands(*operands[0], *operands[1], frame, first);
+    joined.addPair(*first.left, *first.right);
+  }
+  for (int i = 2; i < count; ++i) {
+    if (const Variant *stored = storedValue(*operands[i], frame))
+      joined.add(*stored);
+    else
+      joined.add(eval(*operands[i], frame));
+  }
+  return joined.result();
 }
 
 const Variant *Interpreter::storedValue(Expr &e, Frame &frame) {

@@ -27,6 +27,23 @@ bool pastEnd(const Variant &counter, const Variant &end, bool falling) {
   return falling ? c < e : c > e;
 }
 
+// The walk over a host object for For Each. Script objects and values that
+// are no object are no collection, nor are objects that cannot be walked.
+std::unique_ptr<Enumerator> enumeratorOf(const Variant &collection) {
+  if (!collection.isObject() || !collection.rawObject())
+    raiseNotACollection();
+  Object &object = *collection.rawObject();
+  if (typeid(object) == typeid(ScriptObject))
+    raiseNotACollection();
+  try {
+    return object.enumerate();
+  } catch (const Error &error) {
+    if (error.number() == ErrorNumber::NoSuchMember)
+      raiseNotACollection();
+    throw;
+  }
+}
+
 // The start of a For loop as a number: strings are read as Double.
 Variant numericStart(const Variant &start) {
   if (start.isNumber() && !start.isEmpty())
@@ -54,9 +71,12 @@ Flow Interpreter::execBlock(const Block &block, Frame &frame) {
 
 // Called inside a catch block. Under On Error Resume Next the error goes into
 // Err and the caller carries on with the next statement; otherwise it leaves
-// as a ScriptError that knows the line of the statement it came from.
+// as a ScriptError that knows the line of the statement it came from. A stop
+// (WScript.Quit) is no error: it passes every handler on its way out.
 void Interpreter::recordOrRethrow(const Stmt &stmt, Frame &frame) {
   try {
+    throw;
+  } catch (const ScriptStop &) {
     throw;
   } catch (RunError &error) {
     if (!error.placed())
@@ -174,39 +194,31 @@ Flow Interpreter::execForEach(ForEachStmt &stmt, Frame &frame) {
   Variant *element = variable(*stmt.element, frame, true);
   if (!element)
     raiseIllegalAssignment(stmt.element->name);
-  auto turn = [&](const Variant &value) -> Flow {
-    tick();
-    *element = value;
-    return execBlock(stmt.body, frame);
-  };
   if (collection.isArray()) {
     // The loop walks the array as it was at the start; the collection
     // variable shares its elements, so changes in the loop do not move them.
-    for (const Variant &value : collection.array().elements()) {
-      const Flow flow = turn(value);
-      if (flow == Flow::ExitFor)
-        return Flow::Normal;
-      if (flow != Flow::Normal)
-        return flow;
-    }
-    return Flow::Normal;
+    const std::vector<Variant> &values = collection.array().elements();
+    std::size_t at = 0;
+    return forEachTurns(stmt, *element, frame, [&values, &at](Variant &value) {
+      if (at == values.size())
+        return false;
+      value = values[at++];
+      return true;
+    });
   }
-  if (!collection.isObject() || !collection.rawObject())
-    raiseNotACollection();
-  Object &object = *collection.rawObject();
-  if (typeid(object) == typeid(ScriptObject))
-    raiseNotACollection();
-  std::unique_ptr<Enumerator> enumerator;
-  try {
-    enumerator = object.enumerate();
-  } catch (const Error &error) {
-    if (error.number() == ErrorNumber::NoSuchMember)
-      raiseNotACollection();
-    throw;
-  }
+  const std::unique_ptr<Enumerator> enumerator = enumeratorOf(collection);
+  return forEachTurns(stmt, *element, frame, [&enumerator](Variant &value) { return enumerator->next(value); });
+}
+
+// The turns of a For Each: each element the walk gives goes into the loop
+// variable and the body runs, until the walk ends or an Exit leaves.
+Flow Interpreter::forEachTurns(ForEachStmt &stmt, Variant &element, Frame &frame,
+                               const std::function<bool(Variant &)> &next) {
   Variant value;
-  while (enumerator->next(value)) {
-    const Flow flow = turn(value);
+  while (next(value)) {
+    tick();
+    element = std::move(value);
+    const Flow flow = execBlock(stmt.body, frame);
     if (flow == Flow::ExitFor)
       return Flow::Normal;
     if (flow != Flow::Normal)

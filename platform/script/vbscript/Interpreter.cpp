@@ -34,11 +34,12 @@
 // goes into Err and the next statement runs; otherwise it is marked with
 // the line of the innermost statement (a RunError) and leaves the
 // procedure, to be judged by the caller's statement loop in the caller's
-// own frame. At the engine's edge it becomes a ScriptError. That is how "On Error Resume Next" in a caller catches an
-// error raised deep in a callee that has no handler, continuing after the
-// call. An error in the condition of If, ElseIf, While or Do While under
-// Resume Next continues with the statement that follows it, which is the
-// first statement of the block, as VBScript does.
+// own frame. At the engine's edge it becomes a ScriptError. That is how
+// "On Error Resume Next" in a caller catches an error raised deep in a
+// callee that has no handler, continuing after the call. An error in the
+// condition of If, ElseIf, While or Do While under Resume Next continues
+// with the statement that follows it, which is the first statement of the
+// block, as VBScript does.
 //
 // Budget. Each entry from the host (addCode, call, evaluate, a member call
 // on a script object) starts the clock; statements and loop turns count as
@@ -46,6 +47,12 @@
 // statement count is spent the run ends with an error that Resume Next
 // does not catch. Calls that nest deeper than allowed, or than the
 // thread's stack can bear, raise Out of stack space (28) as VBScript does.
+//
+// Stop. A host object ends the whole run by throwing ScriptStop
+// (WScript.Quit). The statement loop and the entries let it pass
+// untouched, whatever handler a frame has, so it unwinds every frame like
+// an error that no On Error Resume Next sees, and leaves the engine as it
+// was thrown.
 
 #include "script/vbscript/Interpreter.h"
 
@@ -69,6 +76,7 @@ namespace {
 
 constexpr std::int64_t kTicksBetweenClockReads = 1000;
 constexpr int kExpressionCacheSize = 256;
+constexpr std::size_t kCalledNamesKept = 16;
 
 // The lowest address of this thread's stack.
 const char *stackLowest() {
@@ -175,13 +183,14 @@ void Interpreter::checkBudget() {
 
 void Interpreter::abortRun(const QString &why) {
   aborting_ = true;
-  throw Error(VbError::ScriptTimeout, runtimeErrorSource(), why);
+  throw Error(ScriptErrorNumber::Timeout, runtimeErrorSource(), why);
 }
 
 void Interpreter::enterCall() {
   const std::size_t used = std::size_t(stackBase_ - currentFrameAddress());
   if (callDepth_ >= budget_.recursionDepth || used > stackLimit_)
-    raiseError(VbError::OutOfStackSpace, runtimeErrorSource(), vbErrorDescription(VbError::OutOfStackSpace));
+    raiseError(ScriptErrorNumber::OutOfStackSpace, runtimeErrorSource(),
+               vbErrorDescription(ScriptErrorNumber::OutOfStackSpace));
   ++callDepth_;
 }
 
@@ -252,17 +261,28 @@ bool Interpreter::hasProcedure(const QString &name) const {
 
 Variant Interpreter::call(const QString &name, Args &args) {
   return guarded([&] {
-    // Hosts call the same procedure again and again (once per row).
-    if (name != lastCalledName_ || lastCalledIndex_ < 0) {
-      lastCalledIndex_ = globals_.find(name.toLower());
-      lastCalledName_ = name;
-    }
-    const int index = lastCalledIndex_;
+    const int index = calledEntry(name);
     if (index < 0 || globals_.at(index).kind != GlobalEntry::Kind::Procedure)
-      raiseNamedError(VbError::SubNotDefined, name);
+      raiseNamedError(ScriptErrorNumber::SubNotDefined, name);
     const std::shared_ptr<Procedure> procedure = globals_.at(index).procedure;
     return invokeWithValues(*procedure, nullptr, args.data(), int(args.size()));
   });
+}
+
+int Interpreter::calledEntry(const QString &name) {
+  for (const auto &[called, index] : calledNames_) {
+    if (called == name)
+      return index;
+  }
+  // Entries never move or go, so a name once found stays found; a name not
+  // found yet may come with a later block.
+  const int index = globals_.find(name.toLower());
+  if (index >= 0) {
+    if (calledNames_.size() == kCalledNamesKept)
+      calledNames_.erase(calledNames_.begin());
+    calledNames_.emplace_back(name, index);
+  }
+  return index;
 }
 
 Variant Interpreter::callProcedureByValue(const Procedure &procedure, Args &args) {

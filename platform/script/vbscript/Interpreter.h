@@ -2,18 +2,20 @@
 
 #include "script/ScriptEngine.h"
 #include "script/vbscript/Ast.h"
+#include "script/vbscript/Builtins.h"
 #include "script/vbscript/GlobalTable.h"
 #include "script/vbscript/SlotStack.h"
 
 #include <QHash>
 
+#include <array>
 #include <chrono>
 #include <deque>
+#include <functional>
 #include <memory>
 
 namespace kordel::script::vb {
 
-struct BuiltinDef;
 class ErrObject;
 class ScriptObject;
 
@@ -81,6 +83,7 @@ private:
   class Entry;
   struct CopyBack;
   struct ArgsLease;
+  struct BuiltinSlots;
 
   // entries and budget (Interpreter.cpp)
   template <class F> auto guarded(F &&body) -> decltype(body());
@@ -93,6 +96,7 @@ private:
   [[noreturn]] void abortRun(const QString &why);
   void enterCall();
   void runProgram(Program &program, Frame *enclosing);
+  int calledEntry(const QString &name);
   void initFixedArrays(const std::vector<std::pair<int, std::vector<std::int32_t>>> &arrays, Variant **refs);
 
   // statements (Exec.cpp)
@@ -103,6 +107,7 @@ private:
   Flow execSelect(SelectStmt &stmt, Frame &frame);
   Flow execFor(ForStmt &stmt, Frame &frame);
   Flow execForEach(ForEachStmt &stmt, Frame &frame);
+  Flow forEachTurns(ForEachStmt &stmt, Variant &element, Frame &frame, const std::function<bool(Variant &)> &next);
   Flow execDo(DoStmt &stmt, Frame &frame);
   Flow execWith(WithStmt &stmt, Frame &frame);
   void execReDim(ReDimStmt &stmt, Frame &frame);
@@ -110,7 +115,16 @@ private:
   bool testCondition(Expr &condition, const Stmt &stmt, Frame &frame, bool onError);
 
   // expressions (Eval.cpp)
+  // The two operands of a binary operator, read in place where that is safe.
+  struct Operands {
+    const Variant *left = nullptr;
+    const Variant *right = nullptr;
+    Variant leftCopy;
+    Variant rightCopy;
+  };
   Variant eval(Expr &expr, Frame &frame);
+  void evalOperands(Expr &left, Expr &right, Frame &frame, Operands &out);
+  Variant evalConcat(BinaryExpr &chain, Frame &frame);
   // The value of a literal, variable or constant where it is kept; nullptr
   // for expressions that must be evaluated.
   const Variant *storedValue(Expr &expr, Frame &frame);
@@ -127,11 +141,12 @@ private:
   // variables and assignment (Assign.cpp)
   Variant *variable(NameExpr &name, Frame &frame, bool forWrite);
   bool bindLate(NameExpr &name, Frame &frame, bool forWrite);
-  void assign(Expr &target, Variant value, bool isSet, Frame &frame);
-  void assignName(NameExpr &name, Variant value, bool isSet, Frame &frame);
-  void assignMember(ScriptObject &object, int member, std::vector<ExprPtr> *args, Variant value, bool isSet,
+  // The assignments move the value into place.
+  void assign(Expr &target, Variant &&value, bool isSet, Frame &frame);
+  void assignName(NameExpr &name, Variant &&value, bool isSet, Frame &frame);
+  void assignMember(ScriptObject &object, int member, std::vector<ExprPtr> *args, Variant &&value, bool isSet,
                     Frame &frame);
-  void assignElement(Variant &array, std::vector<ExprPtr> &args, Variant value, Frame &frame);
+  void assignElement(Variant &array, std::vector<ExprPtr> &args, Variant &&value, Frame &frame);
   Variant *storage(Expr &expr, Frame &frame);
   void subscripts(std::vector<ExprPtr> &args, Frame &frame, std::int32_t *out);
 
@@ -151,11 +166,14 @@ private:
   SlotStack slots_;
   std::deque<Args> hostArgs_; // argument lists of host calls, one per nesting level
   std::size_t hostArgsDepth_ = 0;
+  std::deque<std::array<Variant, kMaxBuiltinArgs>> builtinSlots_; // arguments of library calls, Empty between calls
+  std::size_t builtinSlotsDepth_ = 0;
   std::shared_ptr<void> alive_;
   std::weak_ptr<Object> codeObject_;
   QHash<QString, std::shared_ptr<Expr>> expressionCache_;
-  QString lastCalledName_;
-  int lastCalledIndex_ = -1;
+  // Global entries of the names the host called, as it spelt them: a host
+  // calls a few event procedures again and again, once per row.
+  std::vector<std::pair<QString, int>> calledNames_;
 
   ObjectFactory objectFactory_;
   ScriptUi ui_;

@@ -5,6 +5,7 @@
 #include "core/Object.h"
 #include "core/VbDate.h"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <optional>
@@ -162,14 +163,12 @@ Variant power(const Variant &a, const Variant &b) {
   return checkedDouble(std::pow(x, y));
 }
 
+bool isArrayValue(const Variant &v) { return v.isArray() || v.isByteArray(); }
+
 Variant concatenate(const Variant &a, const Variant &b, qsizetype maxLength) {
-  if (a.isNull() && b.isNull())
-    return Variant::null();
-  const QString left = a.isNull() ? QString() : a.toString();
-  const QString right = b.isNull() ? QString() : b.toString();
-  if (left.size() + right.size() > maxLength)
-    raiseError(ErrorNumber::OutOfStringSpace);
-  return Variant(left + right);
+  ConcatChain chain(maxLength);
+  chain.addPair(a, b);
+  return chain.result();
 }
 
 // ---- logic ----
@@ -271,9 +270,23 @@ Variant identity(const Variant &a, const Variant &b) {
   return Variant(a.rawObject() == b.rawObject());
 }
 
-} // namespace
-
-namespace {
+// The operators of the fast path on two numbers of one kind; make gives
+// the result of arithmetic its type. Nothing for the other operators.
+template <class Number, class Make>
+std::optional<Variant> fastOperation(BinaryOp op, Number x, Number y, const Make &make) {
+  switch (op) {
+  case BinaryOp::Add: return make(x + y);
+  case BinaryOp::Subtract: return make(x - y);
+  case BinaryOp::Multiply: return make(x * y);
+  case BinaryOp::Equal: return Variant(x == y);
+  case BinaryOp::NotEqual: return Variant(x != y);
+  case BinaryOp::Less: return Variant(x < y);
+  case BinaryOp::Greater: return Variant(x > y);
+  case BinaryOp::LessEqual: return Variant(x <= y);
+  case BinaryOp::GreaterEqual: return Variant(x >= y);
+  default: return std::nullopt;
+  }
+}
 
 // Integers and Doubles met on both sides, the common case of report
 // scripts: the result without the general dispatch. Nothing when the case
@@ -282,42 +295,20 @@ std::optional<Variant> fastNumeric(BinaryOp op, const Variant &left, const Varia
   const VT lt = left.type(), rt = right.type();
   const bool leftInt = lt == VT::Integer || lt == VT::Long;
   const bool rightInt = rt == VT::Integer || rt == VT::Long;
+  const auto integer = [](const Variant &v, VT t) -> std::int64_t {
+    return t == VT::Integer ? v.rawInteger() : v.rawLong();
+  };
   if (leftInt && rightInt) {
-    const std::int64_t x = lt == VT::Integer ? left.rawInteger() : left.rawLong();
-    const std::int64_t y = rt == VT::Integer ? right.rawInteger() : right.rawLong();
     const Kind kind = (lt == VT::Long || rt == VT::Long) ? Kind::Long : Kind::Integer;
-    switch (op) {
-    case BinaryOp::Add: return fitInteger(x + y, kind);
-    case BinaryOp::Subtract: return fitInteger(x - y, kind);
-    case BinaryOp::Multiply: return fitInteger(x * y, kind);
-    case BinaryOp::Equal: return Variant(x == y);
-    case BinaryOp::NotEqual: return Variant(x != y);
-    case BinaryOp::Less: return Variant(x < y);
-    case BinaryOp::Greater: return Variant(x > y);
-    case BinaryOp::LessEqual: return Variant(x <= y);
-    case BinaryOp::GreaterEqual: return Variant(x >= y);
-    default: return std::nullopt;
-    }
+    return fastOperation(op, integer(left, lt), integer(right, rt),
+                         [kind](std::int64_t result) { return fitInteger(result, kind); });
   }
   const bool leftReal = leftInt || lt == VT::Double;
   const bool rightReal = rightInt || rt == VT::Double;
-  if (leftReal && rightReal && (lt == VT::Double || rt == VT::Double)) {
-    const double x =
-        lt == VT::Double ? left.rawDouble() : double(lt == VT::Integer ? left.rawInteger() : left.rawLong());
-    const double y =
-        rt == VT::Double ? right.rawDouble() : double(rt == VT::Integer ? right.rawInteger() : right.rawLong());
-    switch (op) {
-    case BinaryOp::Add: return checkedDouble(x + y);
-    case BinaryOp::Subtract: return checkedDouble(x - y);
-    case BinaryOp::Multiply: return checkedDouble(x * y);
-    case BinaryOp::Equal: return Variant(x == y);
-    case BinaryOp::NotEqual: return Variant(x != y);
-    case BinaryOp::Less: return Variant(x < y);
-    case BinaryOp::Greater: return Variant(x > y);
-    case BinaryOp::LessEqual: return Variant(x <= y);
-    case BinaryOp::GreaterEqual: return Variant(x >= y);
-    default: return std::nullopt;
-    }
+  if (leftReal && rightReal) {
+    const double x = lt == VT::Double ? left.rawDouble() : double(integer(left, lt));
+    const double y = rt == VT::Double ? right.rawDouble() : double(integer(right, rt));
+    return fastOperation(op, x, y, checkedDouble);
   }
   return std::nullopt;
 }
@@ -331,7 +322,7 @@ Variant binaryOperation(BinaryOp op, const Variant &left, const Variant &right, 
     return identity(left, right);
   if (left.isObject() || right.isObject())
     return binaryOperation(op, plainValue(left), plainValue(right), maxStringLength);
-  if (left.isArray() || right.isArray() || left.isByteArray() || right.isByteArray())
+  if (isArrayValue(left) || isArrayValue(right))
     typeMismatch();
   switch (op) {
   case BinaryOp::Concat: return concatenate(left, right, maxStringLength);
@@ -374,7 +365,7 @@ Variant unaryOperation(UnaryOp op, const Variant &operand) {
     return unaryOperation(op, plainValue(operand));
   if (operand.isNull())
     return Variant::null();
-  if (operand.isArray() || operand.isByteArray())
+  if (isArrayValue(operand))
     typeMismatch();
   if (op == UnaryOp::Plus)
     return operand.isEmpty() ? Variant(std::int16_t(0)) : operand;
@@ -403,6 +394,51 @@ Variant unaryOperation(UnaryOp op, const Variant &operand) {
   case VT::Date: return dateResult(-operand.rawDate().serial);
   default: return Variant(-operand.toDouble());
   }
+}
+
+void ConcatChain::addPair(const Variant &left, const Variant &right) {
+  if (left.isObject() || right.isObject()) {
+    addPair(plainValue(left), plainValue(right));
+    return;
+  }
+  if (isArrayValue(left) || isArrayValue(right))
+    typeMismatch();
+  append(left);
+  append(right);
+}
+
+void ConcatChain::add(const Variant &value) {
+  if (value.isObject())
+    append(plainValue(value));
+  else
+    append(value);
+}
+
+void ConcatChain::append(const Variant &plain) {
+  QString piece;
+  switch (plain.type()) {
+  case VT::Null: return; // adds nothing
+  case VT::String: piece = plain.rawString(); break;
+  case VT::Array:
+  case VT::ByteArray: typeMismatch();
+  default: piece = plain.toString(); break;
+  }
+  if (length_ + piece.size() > maxLength_)
+    raiseError(ErrorNumber::OutOfStringSpace);
+  length_ += piece.size();
+  pieces_.append(std::move(piece));
+}
+
+Variant ConcatChain::result() {
+  if (pieces_.isEmpty())
+    return Variant::null();
+  if (pieces_.size() == 1)
+    return Variant(std::move(pieces_.front()));
+  QString text(length_, Qt::Uninitialized);
+  QChar *out = text.data();
+  for (const QString &piece : pieces_)
+    out = std::copy(piece.cbegin(), piece.cend(), out);
+  return Variant(std::move(text));
 }
 
 bool isTrue(const Variant &value) {

@@ -4,6 +4,8 @@
 #include "core/Variant.h"
 #include "script/vbscript/Ast.h"
 
+#include <QVarLengthArray>
+
 namespace kordel::script::vb {
 
 // VBScript's operators on values, with its result types: Integer arithmetic
@@ -15,6 +17,28 @@ namespace kordel::script::vb {
 // maxStringLength limits the result of & and of + on two strings.
 Variant binaryOperation(BinaryOp op, const Variant &left, const Variant &right, qsizetype maxStringLength);
 Variant unaryOperation(UnaryOp op, const Variant &operand);
+
+// The & of several values, joined left to right into one string: the value
+// of (((a & b) & c) & ...) with its errors, without a new string for each
+// &. Null adds nothing, and the result is Null when every operand was.
+// Objects take part through their default value.
+class ConcatChain {
+public:
+  explicit ConcatChain(qsizetype maxLength) : maxLength_(maxLength) {}
+  // The first two operands, checked together as a & b checks them.
+  void addPair(const Variant &left, const Variant &right);
+  void add(const Variant &value);
+  Variant result();
+
+private:
+  // Checks a value that is no object and keeps its text.
+  void append(const Variant &plain);
+
+  // The texts are joined once at the end, into a string of the right size.
+  QVarLengthArray<QString, 8> pieces_;
+  qsizetype length_ = 0;
+  qsizetype maxLength_;
+};
 
 // Whether a condition (If, While, Until) holds: Null and Empty do not,
 // numbers do unless zero, strings must read as a Boolean or a number.

@@ -46,8 +46,11 @@ void SlotStack::pop(Mark mark) {
   while (current_ > mark.block || used_ > mark.used) {
     const std::size_t floor = current_ == mark.block ? mark.used : 0;
     while (used_ > floor) {
-      Variant dying = std::move(chunks_[current_].values[used_ - 1]);
-      chunks_[current_].values[used_ - 1] = Variant();
+      Variant &slot = chunks_[current_].values[used_ - 1];
+      if (!slot.isEmpty()) {
+        Variant dying = std::move(slot);
+        slot = Variant();
+      }
       --used_;
     }
     if (current_ > mark.block) {

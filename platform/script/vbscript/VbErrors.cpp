@@ -6,14 +6,14 @@ namespace kordel::script::vb {
 
 QString vbErrorDescription(int number) {
   switch (number) {
-  case VbError::OutOfStackSpace: return QStringLiteral("Out of stack space");
-  case VbError::SubNotDefined: return QStringLiteral("Sub or Function not defined");
+  case ScriptErrorNumber::OutOfStackSpace: return QStringLiteral("Out of stack space");
+  case ScriptErrorNumber::SubNotDefined: return QStringLiteral("Sub or Function not defined");
   case VbError::ForLoopNotInitialized: return QStringLiteral("For loop not initialized");
   case VbError::NotACollection: return QStringLiteral("Object not a collection");
   case VbError::VariableUndefined: return QStringLiteral("Variable is undefined");
   case VbError::IllegalAssignment: return QStringLiteral("Illegal assignment");
   case VbError::ClassNotDefined: return QStringLiteral("Class not defined");
-  case VbError::ScriptTimeout: return QStringLiteral("The script ran longer than it may");
+  case ScriptErrorNumber::Timeout: return QStringLiteral("The script ran longer than it may");
   case VbError::SyntaxError: return QStringLiteral("Syntax error");
   case VbError::ExpectedColon: return QStringLiteral("Expected ':'");
   case VbError::ExpectedLParen: return QStringLiteral("Expected '('");
@@ -61,8 +61,7 @@ QString vbErrorDescription(int number) {
   case VbError::PropertyLetWithoutArgument:
     return QStringLiteral("Property set or let must have at least one argument");
   case VbError::UnexpectedNext: return QStringLiteral("Unexpected 'Next'");
-  case VbError::DefaultNotOnProperty:
-    return QStringLiteral("'Default' can only be on Property Get, Function or Sub");
+  case VbError::DefaultNotOnProperty: return QStringLiteral("'Default' can only be on Property Get, Function or Sub");
   case VbError::ExpressionTooComplex: return QStringLiteral("Expression too complex");
   default: return QString();
   }

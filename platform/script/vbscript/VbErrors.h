@@ -2,22 +2,21 @@
 
 #include "core/Error.h"
 #include "script/ScriptEngine.h"
+#include "script/ScriptErrors.h"
 
 #include <QString>
 
 namespace kordel::script::vb {
 
-// Error numbers of the language beyond the shared table of core/Error.h:
-// the run-time errors only the interpreter raises and the compile errors.
+// Error numbers of the language beyond the shared tables of core/Error.h
+// and script/ScriptErrors.h: the run-time errors only the interpreter
+// raises and the compile errors.
 namespace VbError {
-constexpr int OutOfStackSpace = 28;
-constexpr int SubNotDefined = 35;
 constexpr int ForLoopNotInitialized = 92;
 constexpr int NotACollection = 451;
 constexpr int VariableUndefined = 500;
 constexpr int IllegalAssignment = 501;
 constexpr int ClassNotDefined = 506;
-constexpr int ScriptTimeout = 1001; // ours: the budget of an entry is spent
 
 constexpr int SyntaxError = 1002;
 constexpr int ExpectedColon = 1003;
