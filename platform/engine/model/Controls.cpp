@@ -153,16 +153,23 @@ const MemberTable &Field::memberTable() const {
 
 const MemberTable &SubReport::memberTable() const {
   using S = SubReport;
-  static const MemberTable table{{
-                                     property<S>(
-                                         "ReportName", [](S &s) { return s.reportName; },
-                                         [](S &s, const Variant &v) { s.reportName = v.toString(); }),
-                                     property<S>(
-                                         "Report", [](S &s) { return Variant(s.report); },
-                                         [](S &s, const Variant &v) { s.report = v.toObject(); }),
-                                     property<S>("Object", [](S &s) { return Variant(s.report); }),
-                                 },
-                                 &Control::memberTable()};
+  static const MemberTable table{
+      {
+          property<S>(
+              "ReportName", [](S &s) { return s.reportName; },
+              [](S &s, const Variant &v) { s.reportName = v.toString(); }),
+          property<S>(
+              "Report", [](S &s) { return Variant(s.report); },
+              [](S &s, const Variant &v) { s.report = v.toObject(); }),
+          // The object that answers the plugged-in report's
+          // events, or the report itself.
+          property<S>("Object",
+                      [](S &s) {
+                        const auto layout = std::dynamic_pointer_cast<LayoutReport>(s.report);
+                        return Variant(layout && layout->eventSink() ? layout->eventSink() : s.report);
+                      }),
+      },
+      &Control::memberTable()};
   return table;
 }
 

@@ -1,7 +1,10 @@
 #include "engine/model/LayoutReport.h"
 
+#include "engine/format/LayoutFormat.h"
 #include "engine/model/Controls.h"
 #include "engine/model/Section.h"
+#include "engine/render/PageDocument.h"
+#include "engine/run/ReportRun.h"
 
 #include "core/Error.h"
 
@@ -10,6 +13,9 @@ namespace kordel::engine {
 namespace {
 
 float twips(const Variant &value) { return float(value.toDouble()); }
+
+// SaveLayout's format 2 is the XML layout file, the only one the engine writes.
+constexpr int kXmlLayoutFormat = 2;
 
 } // namespace
 
@@ -191,6 +197,34 @@ QString LayoutReport::uniqueControlName(const QString &stem) const {
   return stem + QString::number(number);
 }
 
+void LayoutReport::run() {
+  pages_ = std::make_shared<PageDocument>();
+  runErrors_.clear();
+  ReportRun(*this, *pages_).run();
+}
+
+namespace {
+
+// The finished pages as scripts and callers count them.
+class PageCollection : public Object {
+public:
+  explicit PageCollection(std::shared_ptr<PageDocument> pages) : pages_(std::move(pages)) {}
+  QString typeName() const override { return QStringLiteral("Pages"); }
+
+protected:
+  const MemberTable &memberTable() const override {
+    static const MemberTable table{{
+        property<PageCollection>("Count", [](PageCollection &p) { return p.pages_ ? p.pages_->pageCount() : 0; }),
+    }};
+    return table;
+  }
+
+private:
+  std::shared_ptr<PageDocument> pages_;
+};
+
+} // namespace
+
 const MemberTable &LayoutReport::memberTable() const {
   using R = LayoutReport;
   static const MemberTable table{{
@@ -219,11 +253,45 @@ const MemberTable &LayoutReport::memberTable() const {
           [](R &r, const Variant &v) { r.documentName = v.toString(); }),
       property<R>(
           "Caption", [](R &r) { return r.caption; }, [](R &r, const Variant &v) { r.caption = v.toString(); }),
+      property<R>("Pages", [](R &r) { return Variant(ObjectRef(std::make_shared<PageCollection>(r.pages()))); }),
+      method<R>("Run",
+                [](R &r, Args &a) {
+                  expectArgs(a, 0, 1); // Run(async): a run always ends before the call returns
+                  r.run();
+                  return Variant();
+                }),
       method<R>("AddNamedItem",
                 [](R &r, Args &a) {
                   expectArgs(a, 2, 2);
                   r.addNamedItem(a[0].toString(), a[1].toObject());
                   return Variant();
+                }),
+      // LoadLayout(bytes): a byte array, or a string taken as its UTF-8 bytes.
+      method<R>("LoadLayout",
+                [](R &r, Args &a) {
+                  expectArgs(a, 1, 1);
+                  loadLayout(r, a[0].isByteArray() ? a[0].rawBytes() : a[0].toString().toUtf8());
+                  return Variant();
+                }),
+      // SaveLayout(path, format, out): to the file, or with an empty path
+      // into the ByRef out and as the result.
+      method<R>("SaveLayout",
+                [](R &r, Args &a) {
+                  expectArgs(a, 2, 3);
+                  const int format = a[1].toLong();
+                  if (format != kXmlLayoutFormat)
+                    raiseError(
+                        ErrorNumber::InvalidCall, QStringLiteral("LayoutReport.SaveLayout"),
+                        QStringLiteral("Layouts are saved in format %1, not %2").arg(kXmlLayoutFormat).arg(format));
+                  const QString path = a[0].toString();
+                  if (!path.isEmpty()) {
+                    saveLayoutFile(r, path);
+                    return Variant();
+                  }
+                  Variant bytes(saveLayout(r));
+                  if (a.size() > 2)
+                    a[2] = bytes;
+                  return bytes;
                 }),
   }};
   return table;

@@ -10,6 +10,7 @@
 
 namespace kordel::engine {
 
+class PageDocument;
 class Section;
 class Sections;
 
@@ -83,7 +84,8 @@ private:
 // the band's width, paper and margins, and the unbound fields and named
 // script objects of a run. Late-bound as the report object scripts see as
 // "rpt": Sections, Fields, Printer, PageSettings, ScriptLanguage, Script,
-// PrintWidth, Detail, documentName, Caption, AddNamedItem(name, object).
+// PrintWidth, Detail, documentName, Caption, AddNamedItem(name, object),
+// LoadLayout(bytes) and SaveLayout(path, format, out) (format/LayoutFormat.h).
 class LayoutReport : public Object {
 public:
   static std::shared_ptr<LayoutReport> create();
@@ -113,6 +115,19 @@ public:
   // Whether any control of any section has the name.
   bool hasControlNamed(const QString &name) const;
 
+  // The object that answers the run's events by name
+  // ("ActiveReport_FetchData", "Detail_Format" ...); nullptr for none.
+  const ObjectRef &eventSink() const { return eventSink_; }
+  void setEventSink(ObjectRef sink) { eventSink_ = std::move(sink); }
+
+  // Runs the layout onto new pages. Script errors do not stop a run; they
+  // are kept, each with its place, in runErrors.
+  void run();
+  // The pages of the last run; empty before the first.
+  const std::shared_ptr<PageDocument> &pages() const { return pages_; }
+  const QStringList &runErrors() const { return runErrors_; }
+  void addRunError(const QString &error) { runErrors_ << error; }
+
 protected:
   const MemberTable &memberTable() const override;
 
@@ -124,6 +139,9 @@ private:
   std::shared_ptr<engine::PageSettings> pageSettings_ = std::make_shared<engine::PageSettings>();
   std::shared_ptr<LayoutPrinter> printer_ = std::make_shared<LayoutPrinter>();
   std::vector<std::pair<QString, ObjectRef>> namedItems_;
+  ObjectRef eventSink_;
+  std::shared_ptr<PageDocument> pages_;
+  QStringList runErrors_;
 };
 
 } // namespace kordel::engine

@@ -1,0 +1,103 @@
+#include "engine/run/Paginator.h"
+
+#include "engine/render/PageDocument.h"
+#include "engine/run/SectionRenderer.h"
+
+namespace kordel::engine {
+
+Paginator::Paginator(PageDocument &document, Paper paper, Twips footerReserve, Hooks hooks)
+    : document_(document), paper_(paper), footerReserve_(footerReserve), hooks_(std::move(hooks)) {}
+
+void Paginator::openPage() {
+  pages_.emplace_back(paper_.width, paper_.height);
+  open_ = true;
+  hasBody_ = false;
+  breakPending_ = false;
+  y_ = paper_.top;
+  bodyBottom_ = paper_.height - paper_.bottom - footerReserve_;
+  headerPlaced_ = false;
+  if (hooks_.pageStart)
+    hooks_.pageStart();
+}
+
+void Paginator::placePageHeader() {
+  headerPlaced_ = true;
+  if (hooks_.pageHeader)
+    if (const auto header = hooks_.pageHeader())
+      for (const BandPiece &piece : header->pieces)
+        placePiece(piece);
+}
+
+void Paginator::closePage() {
+  if (!headerPlaced_)
+    placePageHeader();
+  if (hooks_.pageFooter)
+    if (const auto footer = hooks_.pageFooter()) {
+      y_ = paper_.height - paper_.bottom - footer->height();
+      for (const BandPiece &piece : footer->pieces)
+        placePiece(piece);
+    }
+  if (hooks_.pageEnd)
+    hooks_.pageEnd();
+  open_ = false;
+}
+
+void Paginator::placePiece(const BandPiece &piece) {
+  Page &page = pages_.back();
+  drawPiece(piece, page, paper_.left, y_);
+  for (PageCounter counter : piece.counters) {
+    counter.box.x += paper_.left;
+    counter.box.y += y_;
+    if (counter.kind == PageCounter::Kind::PageNumber)
+      page.addText(counter.box, formatFieldText(Variant(pageNumber()), counter.format), counter.font, counter.color,
+                   counter.align);
+    else
+      pendingCounts_.push_back({pageNumber() - 1, counter});
+  }
+  y_ += piece.height();
+}
+
+void Paginator::place(const Band &band) {
+  const bool before = band.newPage == NewPage::Before || band.newPage == NewPage::BeforeAfter;
+  if (open_ && (breakPending_ || (before && hasBody_)))
+    closePage();
+  if (!open_)
+    openPage();
+  if (!headerPlaced_ && !band.abovePageHeader)
+    placePageHeader();
+  const bool unbreakable = band.keepTogether || band.pieces.size() == 1;
+  if (unbreakable && band.height() > room() && hasBody_) {
+    closePage();
+    openPage();
+    placePageHeader();
+  }
+  for (const BandPiece &piece : band.pieces) {
+    if (piece.height() > room() && hasBody_ && !unbreakable) {
+      closePage();
+      openPage();
+      placePageHeader();
+    }
+    placePiece(piece);
+    hasBody_ = true;
+  }
+  if (band.newPage == NewPage::After || band.newPage == NewPage::BeforeAfter)
+    breakPending_ = true;
+}
+
+void Paginator::finish() {
+  if (!open_ && pages_.empty())
+    openPage();
+  if (open_)
+    closePage();
+  for (const PendingCount &pending : pendingCounts_) {
+    const PageCounter &counter = pending.counter;
+    pages_[std::size_t(pending.page)].addText(counter.box, formatFieldText(Variant(pageNumber()), counter.format),
+                                              counter.font, counter.color, counter.align);
+  }
+  pendingCounts_.clear();
+  for (Page &page : pages_)
+    document_.append(std::move(page));
+  pages_.clear();
+}
+
+} // namespace kordel::engine

@@ -1,0 +1,82 @@
+#pragma once
+
+#include "engine/run/Band.h"
+
+#include <functional>
+#include <optional>
+#include <vector>
+
+namespace kordel::engine {
+
+class PageDocument;
+
+// Places formatted bands on pages.
+//
+// Design note. The paginator is a small state machine over one page at a
+// time: closed (before the first band and after a page ends) and open
+// (a page, a cursor y and the room down to the footer's reserved place).
+// A band opens a page when none is open; the page header is placed before
+// the first band that is not the report header (which stands above it),
+// or when the page closes. A band
+// that does not fit closes the page and goes to a new one, unless the page
+// holds nothing but its header, in which case it is placed anyway (and
+// runs off the bottom). A band of several pieces may break between pieces
+// unless it is kept together. NewPage before closes a page with content;
+// NewPage after makes the next band start a new page. Page numbers are
+// drawn when a band is placed; page counts wait in a list until finish,
+// when the number of pages is known, and only then do the pages go into
+// the document.
+class Paginator {
+public:
+  struct Paper {
+    Twips width = 11906;
+    Twips height = 16838;
+    Twips left = 1440, top = 1440, right = 1440, bottom = 1440;
+  };
+  struct Hooks {
+    std::function<void()> pageStart;
+    std::function<void()> pageEnd;
+    // The page header and footer as formatted for the page now opening or
+    // closing; nothing when the layout has none or hides it.
+    std::function<std::optional<Band>()> pageHeader;
+    std::function<std::optional<Band>()> pageFooter;
+  };
+
+  // footerReserve is the height kept free above the bottom margin for the
+  // page footer.
+  Paginator(PageDocument &document, Paper paper, Twips footerReserve, Hooks hooks);
+
+  void place(const Band &band);
+  // Closes the last page (making one when nothing was placed at all),
+  // fills in the page counts and hands the pages to the document.
+  void finish();
+  // The number of the open page, or of the last one; 0 before the first.
+  int pageNumber() const { return int(pages_.size()); }
+
+private:
+  struct PendingCount {
+    int page;
+    PageCounter counter; // its box on the page
+  };
+
+  void openPage();
+  void placePageHeader();
+  void closePage();
+  void placePiece(const BandPiece &piece);
+  Twips room() const { return bodyBottom_ - y_; }
+
+  PageDocument &document_;
+  Paper paper_;
+  Twips footerReserve_;
+  Hooks hooks_;
+  std::vector<Page> pages_;
+  std::vector<PendingCount> pendingCounts_;
+  bool open_ = false;
+  bool hasBody_ = false;
+  bool headerPlaced_ = false;
+  bool breakPending_ = false;
+  Twips y_ = 0;
+  Twips bodyBottom_ = 0;
+};
+
+} // namespace kordel::engine

@@ -1,0 +1,418 @@
+#include "engine/run/ReportRun.h"
+
+#include "engine/model/Controls.h"
+#include "engine/model/LayoutReport.h"
+#include "engine/model/Section.h"
+#include "engine/render/PageDocument.h"
+#include "engine/run/Paginator.h"
+#include "engine/run/SectionRenderer.h"
+
+#include "core/Error.h"
+#include "script/ScriptEngine.h"
+
+#include <cmath>
+
+namespace kordel::engine {
+
+namespace {
+
+// Counter kinds of a field: CountKind 1 sum, 2 count, 3 average of its
+// DataField over its group (SummaryGroup) or the report; 4 pages, with
+// RunningKind 2 the page number, else the page count.
+constexpr int kSum = 1;
+constexpr int kCount = 2;
+constexpr int kAverage = 3;
+constexpr int kPages = 4;
+constexpr int kRunningAll = 2;
+// FieldMode 1: a "=" DataField is evaluated when its row is fetched.
+constexpr int kFieldModeAtFetch = 1;
+
+bool isSummary(const Field &field) {
+  return field.countKind == kSum || field.countKind == kCount || field.countKind == kAverage;
+}
+
+bool isExpression(const QString &dataField) { return dataField.startsWith(u'='); }
+
+template <class F> void forEachField(const LayoutReport &report, F visit) {
+  for (const auto &section : report.sections()->all())
+    for (const auto &control : section->controls()->all())
+      if (control->kind() == ControlKind::Field)
+        visit(static_cast<const Field &>(*control));
+}
+
+} // namespace
+
+ReportRun::ReportRun(LayoutReport &report, PageDocument &document) : report_(report), document_(document) {}
+
+ReportRun::~ReportRun() = default;
+
+// ---- Preparing ----
+
+void ReportRun::prepare() {
+  if (prepared_)
+    return;
+  prepared_ = true;
+  std::vector<Section *> footers;
+  for (const auto &section : report_.sections()->all()) {
+    if (section->type() == SectionType::GroupHeader)
+      groupHeaders_.push_back(section.get());
+    else if (section->type() == SectionType::GroupFooter)
+      footers.push_back(section.get());
+  }
+  // Footers stand innermost first; the outermost header pairs with the last.
+  for (std::size_t i = 0; i < groupHeaders_.size(); ++i)
+    groupFooters_.push_back(i < footers.size() ? footers[footers.size() - 1 - i] : nullptr);
+  forEachField(report_, [this](const Field &field) {
+    if (field.fieldMode == kFieldModeAtFetch && isExpression(field.dataField))
+      fetchTimeFields_.push_back(&field);
+    if (isSummary(field))
+      summaries_[&field] = Summary{};
+  });
+  SectionRenderer::Hooks hooks;
+  hooks.value = [this](const Field &field) { return fieldValue(field); };
+  hooks.pageCounter = [](const Field &field) -> std::optional<int> {
+    if (field.countKind != kPages)
+      return std::nullopt;
+    return int(field.runningKind == kRunningAll ? PageCounter::Kind::PageNumber : PageCounter::Kind::PageCount);
+  };
+  hooks.subReport = [this](SubReport &control, Twips width) { return subReportBands(control, width); };
+  renderer_ = std::make_unique<SectionRenderer>(document_, std::move(hooks));
+  compileScripts();
+}
+
+void ReportRun::compileScripts() {
+  const auto addItems = [this](script::ScriptEngine &engine) {
+    engine.addNamedItem(QStringLiteral("rpt"), report_.shared_from_this());
+    for (const auto &[name, object] : report_.namedItems())
+      engine.addNamedItem(name, object);
+  };
+  try {
+    reportScript_ = script::createScriptEngine(report_.scriptLanguage);
+    addItems(*reportScript_);
+  } catch (...) {
+    recordError(QStringLiteral("the report's script language"));
+    reportScript_.reset();
+    return;
+  }
+  if (!report_.script.trimmed().isEmpty()) {
+    try {
+      reportScript_->addCode(report_.script);
+    } catch (...) {
+      recordError(QStringLiteral("the report's script"));
+    }
+  }
+  for (const auto &section : report_.sections()->all()) {
+    if (section->script.trimmed().isEmpty())
+      continue;
+    try {
+      auto engine = script::createScriptEngine(report_.scriptLanguage);
+      addItems(*engine);
+      // A section's script reaches its controls by their names.
+      for (const auto &control : section->controls()->all())
+        engine->addNamedItem(control->name, control);
+      engine->addCode(section->script);
+      sectionScripts_[section.get()] = std::move(engine);
+    } catch (...) {
+      recordError(QStringLiteral("the script of section %1").arg(section->name));
+    }
+  }
+}
+
+void ReportRun::recordError(const QString &where) {
+  const Error error = pendingError();
+  QString place;
+  try {
+    throw;
+  } catch (const script::ScriptError &scriptError) {
+    if (scriptError.line() > 0)
+      place = QStringLiteral(" (line %1, column %2)").arg(scriptError.line()).arg(scriptError.column());
+  } catch (...) {
+  }
+  report_.addRunError(QStringLiteral("%1%2: %3 (%4)").arg(where, place, error.description()).arg(error.number()));
+}
+
+// ---- Events ----
+
+void ReportRun::raise(const QString &event, Args &args) {
+  if (const ObjectRef &sink = report_.eventSink(); sink && sink->hasMember(event)) {
+    try {
+      sink->call(event, args);
+    } catch (const script::ScriptStop &) {
+      throw;
+    } catch (...) {
+      recordError(event);
+    }
+  }
+  if (reportScript_ && reportScript_->hasProcedure(event)) {
+    try {
+      reportScript_->call(event, args);
+    } catch (const script::ScriptStop &) {
+      throw;
+    } catch (...) {
+      recordError(event);
+    }
+  }
+}
+
+void ReportRun::raise(const QString &event) {
+  Args none;
+  raise(event, none);
+}
+
+void ReportRun::sectionEvent(Section &section, const QString &event) {
+  raise(section.name + u'_' + event);
+  const auto found = sectionScripts_.find(&section);
+  if (found == sectionScripts_.end())
+    return;
+  const QString procedure = QStringLiteral("On") + event;
+  if (!found->second->hasProcedure(procedure))
+    return;
+  try {
+    Args none;
+    found->second->call(procedure, none);
+  } catch (const script::ScriptStop &) {
+    throw;
+  } catch (...) {
+    recordError(QStringLiteral("%1 of section %2").arg(procedure, section.name));
+  }
+}
+
+// ---- Rows ----
+
+bool ReportRun::fetch(Row &row) {
+  Args args{Variant(true)};
+  raise(QStringLiteral("ActiveReport_FetchData"), args);
+  if (args[0].toNumberOr(1) != 0)
+    return false;
+  const auto &fields = report_.fields();
+  row.fields.clear();
+  for (int i = 0; i < fields->count(); ++i)
+    row.fields.push_back(fields->item(Variant(i))->value);
+  row.atFetch.clear();
+  for (const Field *field : fetchTimeFields_)
+    row.atFetch.push_back(evaluate(field->dataField.mid(1)));
+  row.groupKeys.clear();
+  for (const Section *header : groupHeaders_)
+    row.groupKeys.push_back(groupKey(*header));
+  return true;
+}
+
+void ReportRun::restore(const Row &row) {
+  const auto &fields = report_.fields();
+  for (int i = 0; i < fields->count() && i < int(row.fields.size()); ++i)
+    fields->item(Variant(i))->value = row.fields[std::size_t(i)];
+  currentRow_ = &row;
+}
+
+QString ReportRun::groupKey(const Section &header) {
+  if (header.dataField.isEmpty())
+    return QString();
+  if (isExpression(header.dataField))
+    return evaluate(header.dataField.mid(1)).toText();
+  const auto field = report_.fields()->find(header.dataField);
+  return field ? field->value.toText() : QString();
+}
+
+Variant ReportRun::evaluate(const QString &expression) {
+  if (!reportScript_)
+    return Variant();
+  try {
+    return reportScript_->evaluate(expression);
+  } catch (const script::ScriptStop &) {
+    throw;
+  } catch (...) {
+    recordError(QStringLiteral("the expression =%1").arg(expression));
+    return Variant();
+  }
+}
+
+Variant ReportRun::fieldValue(const Field &field) {
+  if (isSummary(field)) {
+    const Summary &summary = summaries_[&field];
+    if (field.countKind == kCount)
+      return Variant(summary.count);
+    if (field.countKind == kAverage)
+      return summary.count ? Variant(summary.sum / summary.count) : Variant();
+    return Variant(summary.sum);
+  }
+  if (isExpression(field.dataField)) {
+    if (field.fieldMode == kFieldModeAtFetch && currentRow_) {
+      for (std::size_t i = 0; i < fetchTimeFields_.size(); ++i)
+        if (fetchTimeFields_[i] == &field && i < currentRow_->atFetch.size())
+          return currentRow_->atFetch[i];
+    }
+    return evaluate(field.dataField.mid(1));
+  }
+  if (!field.dataField.isEmpty())
+    if (const auto bound = report_.fields()->find(field.dataField))
+      return bound->value;
+  return Variant(field.text);
+}
+
+void ReportRun::accumulate() {
+  for (auto &[field, summary] : summaries_) {
+    const Variant value = field->dataField.isEmpty() ? Variant()
+                          : isExpression(field->dataField)
+                              ? evaluate(field->dataField.mid(1))
+                              : [&] {
+                                  const auto bound = report_.fields()->find(field->dataField);
+                                  return bound ? bound->value : Variant();
+                                }();
+    if (value.isNull() || value.isEmpty())
+      continue;
+    summary.sum += value.toNumberOr(0);
+    ++summary.count;
+  }
+}
+
+void ReportRun::resetSummaries(const QString &groupName) {
+  for (auto &[field, summary] : summaries_)
+    if (field->summaryGroup.compare(groupName, Qt::CaseInsensitive) == 0 && field->runningKind != kRunningAll)
+      summary = Summary{};
+}
+
+// ---- Sections ----
+
+std::optional<Band> ReportRun::format(Section &section) {
+  sectionEvent(section, QStringLiteral("Format"));
+  if (!section.visible)
+    return std::nullopt;
+  Band band = renderer_->render(section);
+  sectionEvent(section, QStringLiteral("BeforePrint"));
+  return band;
+}
+
+void ReportRun::printSection(Section *section) {
+  if (!section)
+    return;
+  auto band = format(*section);
+  if (!band)
+    return;
+  band->abovePageHeader = section->type() == SectionType::ReportHeader;
+  if (collected_)
+    collected_->push_back(*band);
+  else
+    paginator_->place(*band);
+  sectionEvent(*section, QStringLiteral("AfterPrint"));
+}
+
+std::vector<Band> ReportRun::subReportBands(SubReport &control, Twips) {
+  const auto child = std::dynamic_pointer_cast<LayoutReport>(control.report);
+  if (!child)
+    return {};
+  auto &run = subRuns_[&control];
+  if (!run)
+    run = std::make_unique<ReportRun>(*child, document_);
+  return run->runEmbedded();
+}
+
+// ---- The flow ----
+
+void ReportRun::flow(bool paginated) {
+  prepare();
+  Section *reportHeader = nullptr;
+  Section *reportFooter = nullptr;
+  Section *pageHeader = nullptr;
+  Section *pageFooter = nullptr;
+  Section *detail = nullptr;
+  for (const auto &section : report_.sections()->all()) {
+    switch (section->type()) {
+    case SectionType::ReportHeader: reportHeader = section.get(); break;
+    case SectionType::ReportFooter: reportFooter = section.get(); break;
+    case SectionType::PageHeader: pageHeader = section.get(); break;
+    case SectionType::PageFooter: pageFooter = section.get(); break;
+    case SectionType::Detail: detail = section.get(); break;
+    default: break;
+    }
+  }
+
+  raise(QStringLiteral("ActiveReport_Initialize"));
+  raise(QStringLiteral("ActiveReport_ReportStart"));
+  raise(QStringLiteral("ActiveReport_DataInitialize"));
+  for (auto &[field, summary] : summaries_)
+    summary = Summary{};
+
+  if (paginated) {
+    const LayoutPrinter &printer = *report_.printer();
+    const engine::PageSettings &settings = *report_.pageSettings();
+    Paginator::Paper paper;
+    const bool landscape = printer.orientation == 2 || settings.orientation == 2;
+    const float width = printer.paperWidth > 0 ? printer.paperWidth : settings.paperWidth;
+    const float height = printer.paperHeight > 0 ? printer.paperHeight : settings.paperHeight;
+    paper.width = Twips(std::lround(landscape ? std::max(width, height) : std::min(width, height)));
+    paper.height = Twips(std::lround(landscape ? std::min(width, height) : std::max(width, height)));
+    paper.left = Twips(std::lround(settings.leftMargin));
+    paper.top = Twips(std::lround(settings.topMargin));
+    paper.right = Twips(std::lround(settings.rightMargin));
+    paper.bottom = Twips(std::lround(settings.bottomMargin));
+    Paginator::Hooks hooks;
+    hooks.pageStart = [this] { raise(QStringLiteral("ActiveReport_PageStart")); };
+    hooks.pageEnd = [this] { raise(QStringLiteral("ActiveReport_PageEnd")); };
+    hooks.pageHeader = [this, pageHeader]() -> std::optional<Band> {
+      return pageHeader ? format(*pageHeader) : std::nullopt;
+    };
+    hooks.pageFooter = [this, pageFooter]() -> std::optional<Band> {
+      return pageFooter ? format(*pageFooter) : std::nullopt;
+    };
+    const Twips reserve = pageFooter && pageFooter->visible ? Twips(std::lround(pageFooter->height)) : 0;
+    paginator_ = std::make_unique<Paginator>(document_, paper, reserve, std::move(hooks));
+  }
+
+  printSection(reportHeader);
+  Row rows[2];
+  Row *current = &rows[0];
+  Row *next = &rows[1];
+  bool have = fetch(*current);
+  bool haveNext = have && fetch(*next);
+  const Row *previous = nullptr;
+  Row last;
+  while (have) {
+    restore(*current);
+    // The first group whose key changed starts anew, and every group inside it.
+    std::size_t changedFrom = groupHeaders_.size();
+    for (std::size_t i = 0; i < groupHeaders_.size(); ++i)
+      if (!previous || previous->groupKeys[i] != current->groupKeys[i]) {
+        changedFrom = i;
+        break;
+      }
+    for (std::size_t i = changedFrom; i < groupHeaders_.size(); ++i) {
+      resetSummaries(groupHeaders_[i]->name);
+      printSection(groupHeaders_[i]);
+    }
+    accumulate();
+    printSection(detail);
+    std::size_t endingFrom = groupHeaders_.size();
+    for (std::size_t i = 0; i < groupHeaders_.size(); ++i)
+      if (!haveNext || next->groupKeys[i] != current->groupKeys[i]) {
+        endingFrom = i;
+        break;
+      }
+    for (std::size_t i = groupHeaders_.size(); i-- > endingFrom;)
+      printSection(groupFooters_[i]);
+    last = *current;
+    previous = &last;
+    std::swap(current, next);
+    have = haveNext;
+    haveNext = have && fetch(*next);
+  }
+  printSection(reportFooter);
+  if (paginator_) {
+    paginator_->finish();
+    paginator_.reset();
+  }
+  raise(QStringLiteral("ActiveReport_ReportEnd"));
+  raise(QStringLiteral("ActiveReport_Terminate"));
+  currentRow_ = nullptr;
+}
+
+void ReportRun::run() { flow(true); }
+
+std::vector<Band> ReportRun::runEmbedded() {
+  std::vector<Band> bands;
+  collected_ = &bands;
+  flow(false);
+  collected_ = nullptr;
+  return bands;
+}
+
+} // namespace kordel::engine

@@ -1,0 +1,104 @@
+#pragma once
+
+#include "engine/run/Band.h"
+
+#include "core/Object.h"
+
+#include <QHash>
+#include <QStringList>
+
+#include <map>
+#include <memory>
+#include <vector>
+
+namespace kordel::script {
+class ScriptEngine;
+}
+
+namespace kordel::engine {
+
+class Field;
+class LayoutReport;
+class PageDocument;
+class Paginator;
+class Section;
+class SectionRenderer;
+class SubReport;
+
+// One run of a layout over the rows its FetchData handlers give.
+//
+// Design note. The run owns the flow; the report's event sink (the add-in's
+// run-time object) and the layout's scripts only answer events. Order:
+// Initialize, ReportStart, DataInitialize, then the report header, then
+// rows: the run fetches one row ahead (FetchData with eof, True unless a
+// handler says otherwise) and keeps each row as a snapshot of the unbound
+// fields, so that it knows before formatting a row whether the next one
+// starts a new group. Per row: the group headers whose key changed (or all
+// at the first row), the detail, then the group footers, innermost first,
+// whose key changes at the next row (or all at the last). Then the report
+// footer, ReportEnd and Terminate. Each showing of a section raises
+// <Section>_Format, is formatted into a band unless it is hidden, raises
+// <Section>_BeforePrint, is placed, and raises <Section>_AfterPrint; a
+// section's own script answers the same as OnFormat, OnBeforePrint and
+// OnAfterPrint. A top-level run places bands on pages (with PageStart,
+// the page header and footer, PageEnd); a sub report's run hands its bands
+// to the section that holds it and has no pages of its own. Script errors
+// do not stop a run: they are kept in the report's run errors with their
+// place, and the run goes on.
+class ReportRun {
+public:
+  ReportRun(LayoutReport &report, PageDocument &document);
+  ~ReportRun();
+
+  // The whole run onto pages of the document.
+  void run();
+  // A sub report's run: its bands in order, without page header and footer.
+  std::vector<Band> runEmbedded();
+
+private:
+  struct Row {
+    std::vector<Variant> fields;    // the unbound fields' values
+    std::vector<Variant> atFetch;   // values of fields evaluated when the row was fetched
+    std::vector<QString> groupKeys; // per group header, outermost first
+  };
+  struct Summary {
+    double sum = 0;
+    int count = 0;
+  };
+
+  void prepare();
+  void compileScripts();
+  void raise(const QString &event, Args &args);
+  void raise(const QString &event);
+  void sectionEvent(Section &section, const QString &event);
+  bool fetch(Row &row);
+  void restore(const Row &row);
+  QString groupKey(const Section &header);
+  Variant evaluate(const QString &expression);
+  Variant fieldValue(const Field &field);
+  void accumulate();
+  void resetSummaries(const QString &groupName);
+  std::vector<Band> subReportBands(SubReport &control, Twips width);
+  // Formats a showing of a section; nothing when it is hidden.
+  std::optional<Band> format(Section &section);
+  void printSection(Section *section);
+  void recordError(const QString &where);
+  void flow(bool paginated);
+
+  LayoutReport &report_;
+  PageDocument &document_;
+  std::unique_ptr<script::ScriptEngine> reportScript_;
+  std::map<const Section *, std::unique_ptr<script::ScriptEngine>> sectionScripts_;
+  std::unique_ptr<SectionRenderer> renderer_;
+  std::unique_ptr<Paginator> paginator_;
+  std::vector<Band> *collected_ = nullptr; // the bands of an embedded run
+  std::vector<Section *> groupHeaders_;    // outermost first
+  std::vector<Section *> groupFooters_;    // paired by index with the headers
+  std::vector<const Field *> fetchTimeFields_;
+  std::map<const Field *, Summary> summaries_;
+  std::map<const SubReport *, std::unique_ptr<ReportRun>> subRuns_;
+  const Row *currentRow_ = nullptr;
+  bool prepared_ = false;
+};
+
+} // namespace kordel::engine

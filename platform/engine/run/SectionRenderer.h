@@ -1,0 +1,61 @@
+#pragma once
+
+#include "engine/run/Band.h"
+
+#include "core/Variant.h"
+
+#include <QFont>
+#include <QHash>
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace kordel::engine {
+
+class Control;
+class Field;
+class PageDocument;
+class Section;
+class SubReport;
+class TextCanvas;
+
+// Turns one showing of a section into a band: each visible control drawn
+// at its place, text wrapped and grown where a field may grow (moving the
+// controls below it down), the section grown to hold it all or shrunk
+// where it may, its back colour behind everything, and each sub report's
+// bands placed where its control stands.
+class SectionRenderer {
+public:
+  struct Hooks {
+    // The value a field shows.
+    std::function<Variant(const Field &)> value;
+    // Whether a field is a page counter, and which.
+    std::function<std::optional<int>(const Field &)> pageCounter;
+    // The bands of a sub report run for this showing, in the given width.
+    std::function<std::vector<Band>(SubReport &, Twips width)> subReport;
+  };
+
+  SectionRenderer(PageDocument &document, Hooks hooks);
+  ~SectionRenderer();
+
+  Band render(const Section &section);
+
+private:
+  struct Placed;
+  BandPiece renderPiece(const Section &section, const std::vector<std::shared_ptr<Control>> &controls, Twips top,
+                        Twips minimumHeight);
+  void drawControl(BandPiece &piece, const Control &control, Twips y, Twips height, const QStringList &lines);
+  TextCanvas &canvas(const QFont &font);
+  int fontIndex(const QFont &font);
+
+  PageDocument &document_;
+  Hooks hooks_;
+  QHash<QString, std::shared_ptr<TextCanvas>> canvases_; // by font key
+};
+
+// The text a value shows in a format; a plain text without one.
+QString formatFieldText(const Variant &value, const QString &format);
+
+} // namespace kordel::engine
