@@ -58,17 +58,17 @@ SectionRenderer::SectionRenderer(PageDocument &document, Hooks hooks) : document
 
 SectionRenderer::~SectionRenderer() = default;
 
-TextCanvas &SectionRenderer::canvas(const QFont &font) {
-  const QString key = font.toString();
-  auto &slot = canvases_[key];
-  if (!slot) {
-    slot = std::make_shared<TextCanvas>();
-    slot->setFont(font);
+const SectionRenderer::FontUse &SectionRenderer::fontUse(const FontObject &font) {
+  FontUse &use = fonts_[&font];
+  if (!use.canvas || use.font != font.font()) {
+    use.font = font.font();
+    use.canvas = std::make_shared<TextCanvas>();
+    use.canvas->setFont(use.font);
+    use.index = document_.internFont(PageFont::fromQFont(use.font));
+    use.lineHeight = int(std::ceil(use.canvas->lineHeight()));
   }
-  return *slot;
+  return use;
 }
-
-int SectionRenderer::fontIndex(const QFont &font) { return document_.internFont(PageFont::fromQFont(font)); }
 
 Band SectionRenderer::render(const Section &section) {
   Band band;
@@ -128,15 +128,15 @@ BandPiece SectionRenderer::renderPiece(const Section &section, const std::vector
     Laid item{control.get(), {}, control->height, 0};
     if (control->kind() == ControlKind::Label) {
       const auto &label = static_cast<const Label &>(*control);
-      item.lines = canvas(label.font->font()).wrap(label.caption, round(label.width));
+      item.lines = fontUse(*label.font).canvas->wrap(label.caption, round(label.width));
     } else if (control->kind() == ControlKind::Field) {
       const auto &field = static_cast<const Field &>(*control);
       if (!(hooks_.pageCounter && hooks_.pageCounter(field))) {
         const QString text =
             formatFieldText(hooks_.value ? hooks_.value(field) : Variant(field.text), field.outputFormat);
-        TextCanvas &measure = canvas(field.font->font());
-        item.lines = measure.wrap(text, round(field.width));
-        const float needed = float(item.lines.size() * measure.lineHeight());
+        const FontUse &font = fontUse(*field.font);
+        item.lines = font.canvas->wrap(text, round(field.width));
+        const float needed = float(item.lines.size() * font.canvas->lineHeight());
         if (field.canGrow && needed > field.height)
           item.height = needed;
         else if (field.canShrink && text.isEmpty())
@@ -178,10 +178,10 @@ BandPiece SectionRenderer::renderPiece(const Section &section, const std::vector
         if (field.backStyle == 1)
           piece.content.addRect(RectItem{Box{round(field.left), y, round(field.width), round(field.height)},
                                          rgb(field.backColor), std::nullopt, 0});
-        piece.counters.push_back(PageCounter{
-            PageCounter::Kind(*kind),
-            Box{round(field.left), y, round(field.width), Twips(std::ceil(canvas(field.font->font()).lineHeight()))},
-            fontIndex(field.font->font()), rgb(field.foreColor), textAlign(field.alignment), field.outputFormat});
+        const FontUse &font = fontUse(*field.font);
+        piece.counters.push_back(PageCounter{PageCounter::Kind(*kind),
+                                             Box{round(field.left), y, round(field.width), font.lineHeight}, font.index,
+                                             rgb(field.foreColor), textAlign(field.alignment), field.outputFormat});
         continue;
       }
     }
@@ -199,9 +199,9 @@ void SectionRenderer::drawControl(BandPiece &piece, const Control &control, Twip
   case ControlKind::Field: {
     if (control.backStyle == 1)
       page.addRect(RectItem{box, rgb(control.backColor), std::nullopt, 0});
-    TextCanvas &measure = canvas(control.font->font());
-    const Twips lineHeight = Twips(std::ceil(measure.lineHeight()));
-    const int font = fontIndex(control.font->font());
+    const FontUse &use = fontUse(*control.font);
+    const Twips lineHeight = use.lineHeight;
+    const int font = use.index;
     for (int i = 0; i < lines.size(); ++i) {
       const Twips lineTop = y + i * lineHeight;
       // Lines that do not fit a box that may not grow are cut off; the

@@ -16,6 +16,7 @@ namespace kordel::engine {
 
 class Control;
 class Field;
+class FontObject;
 class PageDocument;
 class Section;
 class SubReport;
@@ -47,12 +48,19 @@ private:
   BandPiece renderPiece(const Section &section, const std::vector<std::shared_ptr<Control>> &controls, Twips top,
                         Twips minimumHeight);
   void drawControl(BandPiece &piece, const Control &control, Twips y, Twips height, const QStringList &lines);
-  TextCanvas &canvas(const QFont &font);
-  int fontIndex(const QFont &font);
+  // The measuring canvas and the document's font index of a control's
+  // font, made once per font object and made again when it changes.
+  struct FontUse {
+    QFont font;
+    std::shared_ptr<TextCanvas> canvas;
+    int index = 0;
+    int lineHeight = 0;
+  };
+  const FontUse &fontUse(const FontObject &font);
 
   PageDocument &document_;
   Hooks hooks_;
-  QHash<QString, std::shared_ptr<TextCanvas>> canvases_; // by font key
+  QHash<const FontObject *, FontUse> fonts_;
 };
 
 // The text a value shows in a format; a plain text without one.
