@@ -7,6 +7,7 @@
 #include "host/RegistryKeyObject.h"
 #include "host/SettingsStore.h"
 
+#include "engine/model/LayoutReport.h"
 #include "nuvo/ExplorerList.h"
 #include "nuvo/ProgIds.h"
 
@@ -14,6 +15,7 @@
 #include "hostapi/Classes.h"
 #include "hostapi/Database.h"
 #include "hostapi/Explorer.h"
+#include "hostapi/Layout.h"
 #include "hostapi/Printers.h"
 #include "hostapi/Ui.h"
 
@@ -34,6 +36,7 @@ HostApplication::HostApplication(std::shared_ptr<SettingsStore> settings, std::s
                  [store = settings_] { return std::make_shared<RegistryKeyObject>(store); });
   registerProgId(QString::fromLatin1(hostapi::kHostToolsProgId), [] { return std::make_shared<HostToolsObject>(); });
   registerProgId(QString::fromLatin1(hostapi::kPrintersProgId), [] { return PrinterList::fromSystem(); });
+  registerProgId(QString::fromLatin1(hostapi::kLayoutReportProgId), [] { return engine::LayoutReport::create(); });
   registerProgId(QStringLiteral("Scripting.Dictionary"), [] { return std::make_shared<Dictionary>(); });
   nuvo::registerProgIds(
       [this](const QString &progId, nuvo::ProgIdFactory factory) { registerProgId(progId, std::move(factory)); },

@@ -70,6 +70,10 @@ TEST_F(HostApplicationTest, CreatesEachHostObjectByProgId) {
   EXPECT_TRUE(std::dynamic_pointer_cast<host::PrinterList>(create("Orvex.Printers")));
   EXPECT_TRUE(std::dynamic_pointer_cast<kordel::Dictionary>(create("Scripting.Dictionary")));
   EXPECT_NE(create("Scripting.Dictionary"), create("Scripting.Dictionary")) << "each call makes a new object";
+  // The layout engine's report object, as the add-in and scripts make it.
+  const auto layout = create("DDActiveReports2.ActiveReport");
+  EXPECT_EQ(layout->typeName(), "ActiveReport");
+  EXPECT_EQ(layout->get("Sections").rawObject()->get("Count"), Variant(0));
 }
 
 TEST_F(HostApplicationTest, AnUnknownProgIdRaises429NamingIt) {
