@@ -9,6 +9,8 @@
 // per second of both roads, their ratio, the time of the run and of the
 // export, and the peak memory of the process.
 
+#include "PeakMemory.h"
+
 #include "engine/export/PdfExporter.h"
 #include "engine/model/Controls.h"
 #include "engine/model/LayoutReport.h"
@@ -26,8 +28,6 @@
 #include <QPainter>
 #include <QPdfWriter>
 #include <QTemporaryDir>
-
-#include <sys/resource.h>
 
 #include <cstdio>
 
@@ -132,12 +132,6 @@ void writePlain(const PageDocument &pages, const QString &path) {
       if (const auto *run = std::get_if<TextRun>(&item))
         painter.drawText(QPointF(run->box.x, run->box.y + 190), page.text(*run));
   }
-}
-
-long peakMegabytes() {
-  rusage usage{};
-  getrusage(RUSAGE_SELF, &usage);
-  return usage.ru_maxrss / 1024;
 }
 
 } // namespace

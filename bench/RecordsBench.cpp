@@ -13,6 +13,8 @@
 // walk that grows with the square of the rows shows there), and the peak
 // memory of the process.
 
+#include "PeakMemory.h"
+
 #include "addin/ApplicationManager.h"
 #include "common/ResourceManager.h"
 #include "data/Records.h"
@@ -39,8 +41,6 @@
 #include <QSqlQuery>
 #include <QTemporaryDir>
 
-#include <sys/resource.h>
-
 #include <cstdio>
 
 using namespace kordel;
@@ -66,12 +66,6 @@ std::shared_ptr<addin::Report> companyReport() {
   persons->SortFields()->Add(QStringLiteral("lastname"), addin::kSortAscending);
   persons->SortFields()->Add(QStringLiteral("firstname"), addin::kSortAscending);
   return report;
-}
-
-long peakMegabytes() {
-  rusage usage{};
-  getrusage(RUSAGE_SELF, &usage);
-  return usage.ru_maxrss / 1024;
 }
 
 } // namespace

@@ -11,13 +11,13 @@
 // with N, not N squared: compare N = 200,000 with N = 400,000 at the same
 // rows per parent.
 
+#include "PeakMemory.h"
+
 #include "data/RowBuffer.h"
 
 #include "core/Error.h"
 
 #include <QElapsedTimer>
-
-#include <sys/resource.h>
 
 #include <algorithm>
 #include <cstdint>
@@ -41,12 +41,6 @@ public:
 private:
   std::uint64_t state_ = 42;
 };
-
-long peakMegabytes() {
-  rusage usage{};
-  getrusage(RUSAGE_SELF, &usage);
-  return usage.ru_maxrss / 1024;
-}
 
 void report(const char *step, long long rows, qint64 nanoseconds) {
   std::printf("%-6s %9lld rows in %8.3f s  %12.0f rows/s  peak %5ld MB\n", step, rows, double(nanoseconds) / 1e9,

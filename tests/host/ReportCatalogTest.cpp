@@ -19,13 +19,12 @@
 #include "nuvo/StoredFiles.h"
 #include "nuvo/demo/DemoDatabase.h"
 #include "support/ErrorCapture.h"
+#include "support/OrvexProcess.h"
 #include "support/QtPrinters.h"
 #include "support/ScriptedUi.h"
 #include "support/TempDir.h"
 
-#include <QCoreApplication>
 #include <QFile>
-#include <QProcess>
 #include <QRegularExpression>
 
 #include <gtest/gtest.h>
@@ -217,53 +216,36 @@ TEST_F(ReportCatalogTest, BadDocumentsAndNamesAreRefusedWithTheirReason) {
 }
 
 // The command line, run as the user runs it.
-struct CommandRun {
-  int exitCode;
-  QString out;
-  QString err;
-};
-
-CommandRun orvex(const test::TempDir &dir, const QStringList &arguments) {
-  QProcess process;
-  QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-  environment.insert("ORVEX_CONFIG_DIR", dir.file("config"));
-  environment.insert("ORVEX_DATA_DIR", dir.file("data"));
-  environment.insert("ORVEX_LOG_FILE", dir.file("orvex.log"));
-  environment.insert("ORVEX_LANGUAGE", "en");
-  environment.insert("ORVEX_USER", "anna");
-  process.setProcessEnvironment(environment);
-  process.start(QCoreApplication::applicationDirPath() + "/orvex", arguments);
-  EXPECT_TRUE(process.waitForFinished(120000));
-  return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
-          QString::fromUtf8(process.readAllStandardError())};
+test::OrvexRun orvex(const test::TempDir &dir, const QStringList &arguments) {
+  return test::runOrvex(dir, arguments, {{"ORVEX_LANGUAGE", "en"}, {"ORVEX_USER", "anna"}});
 }
 
 TEST(ReportCommandsTest, TheDemoReportsAreListedExportedAndImported) {
   test::TempDir dir;
   const QString db = dir.file("crm.db");
-  const CommandRun made = orvex(dir, {"demo", "--db", db, "--companies", "20"});
+  const test::OrvexRun made = orvex(dir, {"demo", "--db", db, "--companies", "20"});
   ASSERT_EQ(made.exitCode, 0) << made.err.toStdString();
   EXPECT_TRUE(made.out.contains(QRegularExpression("reports\\s+2\\n"))) << made.out.toStdString();
 
-  const CommandRun listed = orvex(dir, {"reports", "--db", db});
+  const test::OrvexRun listed = orvex(dir, {"reports", "--db", db});
   EXPECT_EQ(listed.exitCode, 0) << listed.err.toStdString();
   EXPECT_EQ(listed.out, "Company list  (Company)\nDeals by value  (Deal)\n");
 
   const QString file = dir.file("deals.xml");
-  const CommandRun exported = orvex(dir, {"report-export", "Deals by value", file, "--db", db});
+  const test::OrvexRun exported = orvex(dir, {"report-export", "Deals by value", file, "--db", db});
   EXPECT_EQ(exported.exitCode, 0) << exported.err.toStdString();
   EXPECT_TRUE(test::readFile(file).startsWith("<?xml version=\"1.0\"?>\n<application>"));
 
-  const CommandRun imported = orvex(dir, {"report-import", file, "--name", "Big deals", "--db", db});
+  const test::OrvexRun imported = orvex(dir, {"report-import", file, "--name", "Big deals", "--db", db});
   EXPECT_EQ(imported.exitCode, 0) << imported.err.toStdString();
   EXPECT_EQ(imported.out, "Stored \"Big deals\" (Deal)\n");
   EXPECT_TRUE(orvex(dir, {"reports", "--db", db}).out.contains("Big deals  (Deal)\n"));
 
-  const CommandRun taken = orvex(dir, {"report-import", file, "--db", db});
+  const test::OrvexRun taken = orvex(dir, {"report-import", file, "--db", db});
   EXPECT_EQ(taken.exitCode, 1);
   EXPECT_TRUE(taken.err.startsWith("orvex: A report named \"Deals by value\" exists already"))
       << taken.err.toStdString();
-  const CommandRun unknown = orvex(dir, {"report-export", "Nothing", dir.file("x.xml"), "--db", db});
+  const test::OrvexRun unknown = orvex(dir, {"report-export", "Nothing", dir.file("x.xml"), "--db", db});
   EXPECT_EQ(unknown.exitCode, 1);
   EXPECT_EQ(unknown.err, "orvex: There is no report \"Nothing\" (53)\n");
   EXPECT_EQ(orvex(dir, {"report-export", "Deals by value", "--db", db}).exitCode, 1) << "a file is needed";

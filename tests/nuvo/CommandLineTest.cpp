@@ -1,10 +1,8 @@
 // orvex demo and orvex script, run as the user runs them.
 
+#include "support/OrvexProcess.h"
 #include "support/TempDir.h"
 
-#include <QCoreApplication>
-#include <QProcess>
-#include <QProcessEnvironment>
 #include <QRegularExpression>
 
 #include <gtest/gtest.h>
@@ -13,25 +11,8 @@ namespace {
 
 class CommandLineTest : public ::testing::Test {
 protected:
-  struct Result {
-    int exitCode;
-    QString out;
-    QString err;
-  };
-
-  Result orvex(const QStringList &arguments) {
-    QProcess process;
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert("ORVEX_CONFIG_DIR", dir.file("config"));
-    environment.insert("ORVEX_DATA_DIR", dir.file("data"));
-    environment.insert("ORVEX_LOG_FILE", dir.file("orvex.log"));
-    environment.insert("ORVEX_LANGUAGE", "sv");
-    environment.insert("ORVEX_USER", "mats");
-    process.setProcessEnvironment(environment);
-    process.start(QCoreApplication::applicationDirPath() + "/orvex", arguments);
-    EXPECT_TRUE(process.waitForFinished(120000));
-    return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
-            QString::fromUtf8(process.readAllStandardError())};
+  kordel::test::OrvexRun orvex(const QStringList &arguments) {
+    return kordel::test::runOrvex(dir, arguments, {{"ORVEX_LANGUAGE", "sv"}, {"ORVEX_USER", "mats"}});
   }
 
   kordel::test::TempDir dir;
@@ -39,7 +20,7 @@ protected:
 
 TEST_F(CommandLineTest, ADemoDatabaseIsMadeAndDrivenByAScript) {
   const QString db = dir.file("crm.db");
-  const Result made = orvex({"demo", "--db", db, "--companies", "30", "--seed", "9"});
+  const kordel::test::OrvexRun made = orvex({"demo", "--db", db, "--companies", "30", "--seed", "9"});
   ASSERT_EQ(made.exitCode, 0) << made.err.toStdString();
   EXPECT_TRUE(made.out.contains(QRegularExpression("company\\s+30\\n")));
   EXPECT_TRUE(made.out.contains(QRegularExpression("coworker\\s+10\\n")));
@@ -52,14 +33,14 @@ WScript.Echo "customers " & r.Count
 WScript.Echo "user " & Application.ActiveUser.Record.Text("Namn")
 Set sh = CreateObject("WScript.Shell")
 )");
-  const Result ran = orvex({"script", "--db", db, dir.file("report.vbs")});
+  const kordel::test::OrvexRun ran = orvex({"script", "--db", db, dir.file("report.vbs")});
   EXPECT_EQ(ran.exitCode, 1) << "the last line creates what no host makes";
   EXPECT_TRUE(ran.out.contains(QRegularExpression("customers [1-9][0-9]*\\n"))) << ran.out.toStdString();
   EXPECT_TRUE(ran.out.contains(QString::fromUtf8("user Mats Öberg\n"))) << ran.out.toStdString();
   EXPECT_TRUE(ran.err.contains("report.vbs(7, ")) << ran.err.toStdString();
   EXPECT_TRUE(ran.err.contains("(429)")) << ran.err.toStdString();
 
-  const Result again = orvex({"demo", "--db", db});
+  const kordel::test::OrvexRun again = orvex({"demo", "--db", db});
   EXPECT_EQ(again.exitCode, 1);
   EXPECT_TRUE(again.err.contains("(58)")) << again.err.toStdString();
   EXPECT_EQ(orvex({"demo", "--companies", "many"}).exitCode, 1);
