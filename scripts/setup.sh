@@ -10,6 +10,8 @@ packages=(
   googletest libgtest-dev libgmock-dev
   poppler-utils cups printer-driver-cups-pdf libtiff-tools
   fonts-dejavu-core xvfb xauth
+  libreoffice-writer-nogui
+  libreoffice-calc-nogui
 )
 
 if [ "$(id -u)" -eq 0 ]; then

@@ -4,6 +4,7 @@
 #include "engine/model/Controls.h"
 #include "engine/model/Section.h"
 #include "engine/render/PageDocument.h"
+#include "engine/render/PagesObject.h"
 #include "engine/run/ReportRun.h"
 
 #include "core/Error.h"
@@ -203,28 +204,6 @@ void LayoutReport::run() {
   ReportRun(*this, *pages_).run();
 }
 
-namespace {
-
-// The finished pages as scripts and callers count them.
-class PageCollection : public Object {
-public:
-  explicit PageCollection(std::shared_ptr<PageDocument> pages) : pages_(std::move(pages)) {}
-  QString typeName() const override { return QStringLiteral("Pages"); }
-
-protected:
-  const MemberTable &memberTable() const override {
-    static const MemberTable table{{
-        property<PageCollection>("Count", [](PageCollection &p) { return p.pages_ ? p.pages_->pageCount() : 0; }),
-    }};
-    return table;
-  }
-
-private:
-  std::shared_ptr<PageDocument> pages_;
-};
-
-} // namespace
-
 const MemberTable &LayoutReport::memberTable() const {
   using R = LayoutReport;
   static const MemberTable table{{
@@ -253,7 +232,7 @@ const MemberTable &LayoutReport::memberTable() const {
           [](R &r, const Variant &v) { r.documentName = v.toString(); }),
       property<R>(
           "Caption", [](R &r) { return r.caption; }, [](R &r, const Variant &v) { r.caption = v.toString(); }),
-      property<R>("Pages", [](R &r) { return Variant(ObjectRef(std::make_shared<PageCollection>(r.pages()))); }),
+      property<R>("Pages", [](R &r) { return Variant(ObjectRef(std::make_shared<PagesObject>(r.pages()))); }),
       method<R>("Run",
                 [](R &r, Args &a) {
                   expectArgs(a, 0, 1); // Run(async): a run always ends before the call returns

@@ -1,4 +1,4 @@
-#include "PrivateCupsd.h"
+#include "support/PrivateCupsd.h"
 
 #include "support/TempDir.h"
 

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+namespace kordel::engine {
+
+// Checks that an export can write the file at path. Raises 76 for an empty
+// path or a folder that does not exist and 70 when path is a folder. The
+// source names the exporter in the error.
+void checkExportTarget(const QString &path, const QString &source);
+
+// Writes a finished export file: beside the target under another name, then
+// renamed to the target, so a failure leaves any earlier file as it was and
+// no partial one. Raises as checkExportTarget does, and 70 when the file
+// cannot be written.
+void writeExportFile(const QString &path, const QByteArray &bytes, const QString &source);
+
+} // namespace kordel::engine

@@ -1,0 +1,114 @@
+#include "engine/print/PagePrinter.h"
+
+#include "engine/export/PdfExporter.h"
+#include "engine/print/CupsDestination.h"
+
+#include "core/Error.h"
+
+#include <QDir>
+#include <QTemporaryFile>
+
+namespace kordel::engine {
+
+namespace {
+
+const QString kSource = QStringLiteral("PagePrinter");
+
+// The values of the orientation-requested option.
+constexpr const char *kPortrait = "3";
+constexpr const char *kLandscape = "4";
+
+void checkRange(const PageDocument &document, int firstPage, int lastPage) {
+  if (document.pageCount() == 0)
+    raiseError(ErrorNumber::InvalidCall, kSource, QStringLiteral("The report has no pages to print"));
+  if (firstPage < 0 || lastPage >= document.pageCount() || firstPage > lastPage)
+    raiseError(ErrorNumber::SubscriptOutOfRange, kSource,
+               QStringLiteral("Pages %1 to %2 are not a range of the report's %3 pages (counted from 0)")
+                   .arg(firstPage)
+                   .arg(lastPage)
+                   .arg(document.pageCount()));
+}
+
+bool isLandscape(const PrintSettings &settings, const Page &firstPrinted) {
+  if (settings.orientation)
+    return *settings.orientation == PrintOrientation::Landscape;
+  return firstPrinted.width() > firstPrinted.height();
+}
+
+// The media-source keyword of the bin, or empty for the printer's choice.
+QByteArray mediaSourceFor(const CupsDestination &destination, const QString &queue, int paperBin) {
+  if (paperBin == 0)
+    return {};
+  const QStringList sources = destination.mediaSources();
+  if (paperBin < 0 || paperBin > sources.size())
+    raiseError(ErrorNumber::SubscriptOutOfRange, kSource,
+               QStringLiteral("The printer \"%1\" has no paper bin %2; it has %3")
+                   .arg(queue)
+                   .arg(paperBin)
+                   .arg(sources.size()));
+  return sources[paperBin - 1].toUtf8();
+}
+
+// The queue's saved options with the job's own on top. Owns the list.
+class JobOptions {
+public:
+  explicit JobOptions(const cups_dest_t &dest) {
+    for (int i = 0; i < dest.num_options; ++i)
+      add(dest.options[i].name, dest.options[i].value);
+  }
+  ~JobOptions() { cupsFreeOptions(count_, options_); }
+  JobOptions(const JobOptions &) = delete;
+  JobOptions &operator=(const JobOptions &) = delete;
+
+  void add(const char *name, const char *value) { count_ = cupsAddOption(name, value, count_, &options_); }
+  int count() const { return count_; }
+  cups_option_t *options() const { return options_; }
+
+private:
+  int count_ = 0;
+  cups_option_t *options_ = nullptr;
+};
+
+} // namespace
+
+int PagePrinter::printDocument(const PageDocument &document) const {
+  return printPages(document, 0, document.pageCount() - 1);
+}
+
+int PagePrinter::printPages(const PageDocument &document, int firstPage, int lastPage) const {
+  checkRange(document, firstPage, lastPage);
+  if (settings_.copies < 1)
+    raiseError(ErrorNumber::InvalidCall, kSource,
+               QStringLiteral("%1 copies cannot be printed; at least one is needed").arg(settings_.copies));
+  const CupsDestination destination(settings_.queue, kSource);
+  const QString queue = settings_.queue.isEmpty() ? destination.name() : settings_.queue;
+  const QByteArray mediaSource = mediaSourceFor(destination, queue, settings_.paperBin);
+  const QString jobName = settings_.jobName.isEmpty() ? QStringLiteral("Report") : settings_.jobName;
+
+  // The print system reads the file while the job is submitted, so it can
+  // go as soon as that is done.
+  QTemporaryFile pdf(QDir::tempPath() + QStringLiteral("/kordel-print-XXXXXX.pdf"));
+  if (!pdf.open())
+    raiseError(ErrorNumber::PermissionDenied, kSource,
+               QStringLiteral("Cannot make a temporary file to print from: %1").arg(pdf.errorString()));
+  pdf.close();
+  PdfExporter exporter;
+  exporter.setTitle(jobName);
+  exporter.exportPages(document, pdf.fileName(), firstPage, lastPage);
+
+  JobOptions options(destination.dest());
+  options.add("copies", QByteArray::number(settings_.copies).constData());
+  options.add("orientation-requested", isLandscape(settings_, document.page(firstPage)) ? kLandscape : kPortrait);
+  if (!mediaSource.isEmpty())
+    options.add("media-source", mediaSource.constData());
+
+  const int job = cupsPrintFile2(CUPS_HTTP_DEFAULT, destination.dest().name, pdf.fileName().toUtf8().constData(),
+                                 jobName.toUtf8().constData(), options.count(), options.options());
+  if (job <= 0)
+    raiseError(
+        ErrorNumber::InvalidCall, kSource,
+        QStringLiteral("The printer \"%1\" did not take the job \"%2\": %3").arg(queue, jobName, lastCupsError()));
+  return job;
+}
+
+} // namespace kordel::engine

@@ -1,0 +1,234 @@
+// Printing pages through a scheduler of the test's own: a PDF printer queue
+// whose output is read back with pdftotext and pdfinfo, a queue with paper
+// bins whose jobs show the options sent, and the errors for queues that do
+// not exist.
+
+#include "CupsTestQueues.h"
+
+#include "engine/print/PagePrinter.h"
+#include "engine/print/PaperBins.h"
+
+#include "../export/PdfTools.h"
+#include "support/ErrorCapture.h"
+#include "support/PrivateCupsd.h"
+#include "support/TempDir.h"
+
+#include <QDir>
+#include <QFile>
+
+#include <gtest/gtest.h>
+
+#include <cups/cups.h>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <memory>
+
+using namespace kordel;
+using namespace kordel::engine;
+using kordel::test::TempDir;
+
+namespace {
+
+constexpr Twips kA4Short = 11906;
+constexpr Twips kA4Long = 16838;
+
+// Restores the temporary folder of the process when it ends.
+class ScopedTempFolder {
+public:
+  explicit ScopedTempFolder(const QString &folder)
+      : had_(qEnvironmentVariableIsSet("TMPDIR")), old_(qgetenv("TMPDIR")) {
+    qputenv("TMPDIR", folder.toUtf8());
+  }
+  ~ScopedTempFolder() {
+    if (had_)
+      qputenv("TMPDIR", old_);
+    else
+      qunsetenv("TMPDIR");
+  }
+
+private:
+  bool had_;
+  QByteArray old_;
+};
+
+PageDocument twoPages() {
+  PageDocument document;
+  const int font = document.internFont(PageFont{});
+  Page first(kA4Short, kA4Long);
+  first.addText({1440, 1440, 8000, 300}, QStringLiteral("Quarterly invoices"), font);
+  document.append(first);
+  Page second(kA4Short, kA4Long);
+  second.addText({1440, 1440, 8000, 300}, QStringLiteral("Totals carried over"), font);
+  document.append(second);
+  return document;
+}
+
+class PagePrinting : public ::testing::Test {
+protected:
+  void SetUp() override {
+    // The scheduler runs filters under a user of its own, which must reach
+    // the spool and temporary folders.
+    ::chmod(QFile::encodeName(dir_.path()).constData(), 0755);
+    QDir().mkpath(dir_.file(QStringLiteral("tmp")));
+    ::chmod(QFile::encodeName(dir_.file(QStringLiteral("tmp"))).constData(), 01777);
+    cupsd_ = std::make_unique<test::PrivateCupsd>(dir_.path());
+    if (!cupsd_->running())
+      GTEST_SKIP() << "no print server for the test: " << cupsd_->failure().toStdString();
+    server_ = std::make_unique<test::ScopedCupsServer>(cupsd_->socket());
+    QDir().mkpath(dir_.file(QStringLiteral("client-tmp")));
+    tempFolder_ = std::make_unique<ScopedTempFolder>(dir_.file(QStringLiteral("client-tmp")));
+  }
+
+  void TearDown() override {
+    tempFolder_.reset();
+    server_.reset();
+    cupsd_.reset();
+  }
+
+  // A queue that throws its output away, with paper bins in its driver.
+  void addQueueWithBins(const QString &name) {
+    const QString ppd = test::pdfPrinterPpd();
+    if (ppd.isEmpty())
+      GTEST_SKIP() << "the PDF printer's driver description is not installed";
+    QByteArray description = test::readFile(ppd);
+    description += "*OpenUI *InputSlot/Paper Source: PickOne\n"
+                   "*OrderDependency: 20 AnySetup *InputSlot\n"
+                   "*DefaultInputSlot: Upper\n"
+                   "*InputSlot Upper/Upper Tray: \"\"\n"
+                   "*InputSlot Lower/Lower Tray: \"\"\n"
+                   "*InputSlot Manual/Manual Feed: \"\"\n"
+                   "*CloseUI: *InputSlot\n";
+    const QString withBins = dir_.file(QStringLiteral("bins.ppd"));
+    ASSERT_TRUE(test::writeFile(withBins, description));
+    QString error;
+    ASSERT_TRUE(test::addQueue(*cupsd_, name, QStringLiteral("file:///dev/null"), withBins, {}, error))
+        << error.toStdString();
+  }
+
+  QStringList clientTemporaryFiles() const {
+    return QDir(dir_.file(QStringLiteral("client-tmp"))).entryList(QDir::Files | QDir::Hidden);
+  }
+
+  TempDir dir_;
+  std::unique_ptr<test::PrivateCupsd> cupsd_;
+  std::unique_ptr<test::ScopedCupsServer> server_;
+  std::unique_ptr<ScopedTempFolder> tempFolder_;
+};
+
+TEST_F(PagePrinting, PrintsTheTextOfAllPagesToAPdfPrinter) {
+  if (!test::pdfToolsAvailable())
+    GTEST_SKIP() << "pdftotext, pdfinfo and pdffonts are needed";
+  if (test::pdfPrinterBackend().isEmpty() || test::pdfPrinterPpd().isEmpty())
+    GTEST_SKIP() << "the PDF printer is not installed";
+  if (geteuid() != 0)
+    GTEST_SKIP() << "the PDF printer's backend runs only under a scheduler started as root";
+  QString error;
+  // The default renderer makes text that pdftotext cannot read back.
+  if (!test::addQueue(*cupsd_, QStringLiteral("kordel_pdf"), QStringLiteral("cups-pdf:/"), test::pdfPrinterPpd(),
+                      {QStringLiteral("-o"), QStringLiteral("pdftops-renderer-default=pdftocairo")}, error))
+    GTEST_SKIP() << "the PDF printer queue cannot be set up: " << error.toStdString();
+
+  const QDir output(test::pdfPrinterOutputFolder());
+  const QStringList before = output.entryList({QStringLiteral("*.pdf")}, QDir::Files);
+
+  PrintSettings settings;
+  settings.queue = QStringLiteral("kordel_pdf");
+  settings.jobName = QStringLiteral("Kordel invoice run");
+  settings.copies = 2;
+  const int job = PagePrinter(settings).printDocument(twoPages());
+  ASSERT_GT(job, 0);
+  EXPECT_TRUE(clientTemporaryFiles().isEmpty()) << clientTemporaryFiles().join(u',').toStdString();
+
+  const test::JobAttributes attributes = test::waitForJobEnd(job);
+  ASSERT_EQ(attributes.state, IPP_JSTATE_COMPLETED)
+      << attributes.stateMessage.toStdString()
+      << test::readFile(dir_.file(QStringLiteral("log/error_log"))).right(2000).toStdString();
+  EXPECT_EQ(attributes.name, settings.jobName);
+  EXPECT_EQ(attributes.copies, 2);
+  EXPECT_EQ(attributes.orientation, 3);
+
+  QStringList written = output.entryList({QStringLiteral("*.pdf")}, QDir::Files);
+  for (const QString &old : before)
+    written.removeAll(old);
+  ASSERT_EQ(written.size(), 1) << written.join(u',').toStdString();
+  const QString pdf = output.filePath(written.front());
+  const QStringList pages = test::pdfPageTexts(pdf);
+  const QString pagesCount = test::pdfInfoValue(pdf, QStringLiteral("Pages"));
+  QFile::remove(pdf);
+
+  // The printer writes one copy; the number of copies is the job's.
+  EXPECT_EQ(pagesCount, QStringLiteral("2"));
+  ASSERT_EQ(pages.size(), 2);
+  EXPECT_TRUE(pages[0].contains(QStringLiteral("Quarterly invoices"))) << pages[0].toStdString();
+  EXPECT_TRUE(pages[1].contains(QStringLiteral("Totals carried over"))) << pages[1].toStdString();
+}
+
+TEST_F(PagePrinting, PaperBinsComeInTheDriversOrderAndGoWithTheJob) {
+  addQueueWithBins(QStringLiteral("kordel_bins"));
+  const auto bins = printerPaperBins(QStringLiteral("kordel_bins"));
+  ASSERT_EQ(bins.size(), 3u);
+  // The driver's names when the print system can fetch the printer's
+  // translations, else the keywords the scheduler gives the bins.
+  const std::pair<QString, QString> names[] = {{QStringLiteral("Upper Tray"), QStringLiteral("top")},
+                                               {QStringLiteral("Lower Tray"), QStringLiteral("bottom")},
+                                               {QStringLiteral("Manual Feed"), QStringLiteral("manual")}};
+  for (int i = 0; i < 3; ++i) {
+    EXPECT_EQ(bins[i].first, i + 1);
+    EXPECT_TRUE(bins[i].second == names[i].first || bins[i].second == names[i].second) << bins[i].second.toStdString();
+  }
+
+  PrintSettings settings;
+  settings.queue = QStringLiteral("kordel_bins");
+  settings.paperBin = 2;
+  PageDocument document = twoPages();
+  document.page(1).setSize(kA4Long, kA4Short);
+  const test::JobAttributes fromLower = test::jobAttributes(PagePrinter(settings).printPages(document, 1, 1));
+  EXPECT_EQ(fromLower.mediaSource, QStringLiteral("bottom"));
+  EXPECT_EQ(fromLower.orientation, 4) << "a landscape first page prints landscape";
+  EXPECT_EQ(fromLower.copies, 1);
+
+  settings.paperBin = 0;
+  settings.orientation = PrintOrientation::Portrait;
+  const test::JobAttributes anyBin = test::jobAttributes(PagePrinter(settings).printPages(document, 1, 1));
+  EXPECT_EQ(anyBin.mediaSource, QString());
+  EXPECT_EQ(anyBin.orientation, 3);
+  EXPECT_TRUE(clientTemporaryFiles().isEmpty());
+
+  settings.paperBin = 4;
+  EXPECT_EQ(test::errorNumber([&] { PagePrinter(settings).printDocument(document); }),
+            ErrorNumber::SubscriptOutOfRange);
+}
+
+TEST_F(PagePrinting, AQueueWithoutBinsHasNone) {
+  QString error;
+  ASSERT_TRUE(cupsd_->addQueue(QStringLiteral("kordel_plain"), error)) << error.toStdString();
+  EXPECT_TRUE(printerPaperBins(QStringLiteral("kordel_plain")).empty());
+}
+
+TEST_F(PagePrinting, UnknownQueuesAndBadSettingsRaiseClearErrors) {
+  PrintSettings settings;
+  settings.queue = QStringLiteral("no_such_queue");
+  const Error unknown = test::errorOf([&] { PagePrinter(settings).printDocument(twoPages()); });
+  EXPECT_EQ(unknown.number(), ErrorNumber::InvalidCall);
+  EXPECT_TRUE(unknown.description().contains(QStringLiteral("\"no_such_queue\"")))
+      << unknown.description().toStdString();
+  ASSERT_STRNE(cupsLastErrorString(), "");
+  EXPECT_TRUE(unknown.description().contains(QString::fromUtf8(cupsLastErrorString())))
+      << unknown.description().toStdString();
+  EXPECT_EQ(test::errorNumber([&] { printerPaperBins(QStringLiteral("no_such_queue")); }), ErrorNumber::InvalidCall);
+  EXPECT_TRUE(clientTemporaryFiles().isEmpty());
+
+  QString error;
+  ASSERT_TRUE(cupsd_->addQueue(QStringLiteral("kordel_plain"), error)) << error.toStdString();
+  settings.queue = QStringLiteral("kordel_plain");
+  settings.copies = 0;
+  EXPECT_EQ(test::errorNumber([&] { PagePrinter(settings).printDocument(twoPages()); }), ErrorNumber::InvalidCall);
+  settings.copies = 1;
+  EXPECT_EQ(test::errorNumber([&] { PagePrinter(settings).printPages(twoPages(), 1, 2); }),
+            ErrorNumber::SubscriptOutOfRange);
+  EXPECT_EQ(test::errorNumber([&] { PagePrinter(settings).printDocument(PageDocument()); }), ErrorNumber::InvalidCall);
+}
+
+} // namespace
