@@ -1,7 +1,7 @@
 #include "engine/export/HtmlExporter.h"
 
 #include "engine/export/HtmlMarkup.h"
-#include "engine/export/TextExportFile.h"
+#include "engine/export/ExportFile.h"
 
 #include "core/Error.h"
 

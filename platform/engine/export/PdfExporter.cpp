@@ -3,6 +3,7 @@
 #include "engine/render/PagePainter.h"
 
 #include "core/Error.h"
+#include "engine/export/ExportFile.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -28,32 +29,6 @@ QPageLayout layoutFor(const Page &page) {
   return QPageLayout(size, landscape ? QPageLayout::Landscape : QPageLayout::Portrait, QMarginsF(), QPageLayout::Point);
 }
 
-void checkTarget(const QString &path) {
-  if (path.isEmpty())
-    raiseError(ErrorNumber::PathNotFound, kSource, QStringLiteral("No file name was given for the PDF file"));
-  const QFileInfo info(path);
-  if (!info.absoluteDir().exists())
-    raiseError(ErrorNumber::PathNotFound, kSource,
-               QStringLiteral("Cannot write %1: the folder %2 does not exist").arg(path, info.absolutePath()));
-  if (info.isDir())
-    raiseError(ErrorNumber::PermissionDenied, kSource, QStringLiteral("Cannot write %1: it is a folder").arg(path));
-}
-
-void checkRange(const PageDocument &document, int firstPage, int lastPage) {
-  if (document.pageCount() == 0)
-    raiseError(ErrorNumber::InvalidCall, kSource, QStringLiteral("The report has no pages to export"));
-  if (firstPage < 0 || lastPage >= document.pageCount() || firstPage > lastPage)
-    raiseError(ErrorNumber::SubscriptOutOfRange, kSource,
-               QStringLiteral("Pages %1 to %2 are not a range of the report's %3 pages (counted from 0)")
-                   .arg(firstPage)
-                   .arg(lastPage)
-                   .arg(document.pageCount()));
-}
-
-[[noreturn]] void raiseWriteError(const QString &path, const QString &reason) {
-  raiseError(ErrorNumber::PermissionDenied, kSource, QStringLiteral("Cannot write the file %1: %2").arg(path, reason));
-}
-
 } // namespace
 
 void PdfExporter::exportDocument(const PageDocument &document, const QString &path) const {
@@ -61,37 +36,37 @@ void PdfExporter::exportDocument(const PageDocument &document, const QString &pa
 }
 
 void PdfExporter::exportPages(const PageDocument &document, const QString &path, int firstPage, int lastPage) const {
-  checkRange(document, firstPage, lastPage);
-  checkTarget(path);
+  checkPageRange(document, firstPage, lastPage, kSource);
+  checkExportTarget(path, kSource);
 
   // Declared in this order so that an error on the way ends the painter
   // first and then drops the unfinished temporary file.
   QSaveFile file(path);
   if (!file.open(QIODevice::WriteOnly))
-    raiseWriteError(path, file.errorString());
+    raiseExportWriteError(path, file.errorString(), kSource);
   QPdfWriter writer(&file);
   writer.setResolution(kTwipsPerInch); // one device pixel is one twip
   writer.setTitle(title_);
   writer.setCreator(creator_);
   if (!writer.setPageLayout(layoutFor(document.page(firstPage))))
-    raiseWriteError(path, QStringLiteral("the page size of page %1 is not usable").arg(firstPage + 1));
+    raiseExportWriteError(path, QStringLiteral("the page size of page %1 is not usable").arg(firstPage + 1), kSource);
 
   QPainter painter;
   if (!painter.begin(&writer))
-    raiseWriteError(path, QStringLiteral("the PDF output could not be started"));
+    raiseExportWriteError(path, QStringLiteral("the PDF output could not be started"), kSource);
   const PagePainter pagePainter(document);
   for (int index = firstPage; index <= lastPage; ++index) {
     const Page &page = document.page(index);
     if (index > firstPage) {
       if (!writer.setPageLayout(layoutFor(page)) || !writer.newPage())
-        raiseWriteError(path, QStringLiteral("page %1 could not be started").arg(index + 1));
+        raiseExportWriteError(path, QStringLiteral("page %1 could not be started").arg(index + 1), kSource);
     }
     pagePainter.paint(painter, page);
   }
   if (!painter.end())
-    raiseWriteError(path, QStringLiteral("the PDF output could not be finished"));
+    raiseExportWriteError(path, QStringLiteral("the PDF output could not be finished"), kSource);
   if (!file.commit())
-    raiseWriteError(path, file.errorString());
+    raiseExportWriteError(path, file.errorString(), kSource);
 }
 
 } // namespace kordel::engine

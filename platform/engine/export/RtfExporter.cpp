@@ -1,6 +1,6 @@
 #include "engine/export/RtfExporter.h"
 
-#include "engine/export/TextExportFile.h"
+#include "engine/export/ExportFile.h"
 #include "engine/export/TextLines.h"
 
 #include "core/Error.h"

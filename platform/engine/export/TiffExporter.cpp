@@ -3,6 +3,7 @@
 #include "engine/render/PagePainter.h"
 
 #include "core/Error.h"
+#include "engine/export/ExportFile.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -32,32 +33,6 @@ constexpr QFileDevice::Permissions kNewFilePermissions = QFileDevice::ReadOwner 
 
 // Grey levels below this are black in a monochrome image.
 constexpr int kBlackBelow = 128;
-
-void checkTarget(const QString &path) {
-  if (path.isEmpty())
-    raiseError(ErrorNumber::PathNotFound, kSource, QStringLiteral("No file name was given for the TIFF file"));
-  const QFileInfo info(path);
-  if (!info.absoluteDir().exists())
-    raiseError(ErrorNumber::PathNotFound, kSource,
-               QStringLiteral("Cannot write %1: the folder %2 does not exist").arg(path, info.absolutePath()));
-  if (info.isDir())
-    raiseError(ErrorNumber::PermissionDenied, kSource, QStringLiteral("Cannot write %1: it is a folder").arg(path));
-}
-
-void checkRange(const PageDocument &document, int firstPage, int lastPage) {
-  if (document.pageCount() == 0)
-    raiseError(ErrorNumber::InvalidCall, kSource, QStringLiteral("The report has no pages to export"));
-  if (firstPage < 0 || lastPage >= document.pageCount() || firstPage > lastPage)
-    raiseError(ErrorNumber::SubscriptOutOfRange, kSource,
-               QStringLiteral("Pages %1 to %2 are not a range of the report's %3 pages (counted from 0)")
-                   .arg(firstPage)
-                   .arg(lastPage)
-                   .arg(document.pageCount()));
-}
-
-[[noreturn]] void raiseWriteError(const QString &path, const QString &reason) {
-  raiseError(ErrorNumber::PermissionDenied, kSource, QStringLiteral("Cannot write the file %1: %2").arg(path, reason));
-}
 
 // The page as an 8-bit grey image at the resolution, white where nothing
 // is painted.
@@ -192,7 +167,8 @@ private:
   }
 
   [[noreturn]] void fail(const QString &what) {
-    raiseWriteError(path_, lastError_.isEmpty() ? what : what + QStringLiteral(" (") + lastError_ + u')');
+    raiseExportWriteError(path_, lastError_.isEmpty() ? what : what + QStringLiteral(" (") + lastError_ + u')',
+                          kSource);
   }
 
   QString path_;
@@ -217,8 +193,8 @@ void TiffExporter::exportDocument(const PageDocument &document, const QString &p
 }
 
 void TiffExporter::exportPages(const PageDocument &document, const QString &path, int firstPage, int lastPage) const {
-  checkRange(document, firstPage, lastPage);
-  checkTarget(path);
+  checkPageRange(document, firstPage, lastPage, kSource);
+  checkExportTarget(path, kSource);
 
   // The file is written under a temporary name in the target's folder and
   // renamed over the target when complete. Declared in this order so that
@@ -227,7 +203,7 @@ void TiffExporter::exportPages(const PageDocument &document, const QString &path
   const QFileInfo target(path);
   QTemporaryFile file(target.absolutePath() + QStringLiteral("/.") + target.fileName() + QStringLiteral(".XXXXXX"));
   if (!file.open())
-    raiseWriteError(path, file.errorString());
+    raiseExportWriteError(path, file.errorString(), kSource);
   TiffWriter writer(file, path);
   const PagePainter pagePainter(document);
   const int pageCount = lastPage - firstPage + 1;
@@ -239,10 +215,10 @@ void TiffExporter::exportPages(const PageDocument &document, const QString &path
   // A replaced file keeps its permissions; a new one is readable by all.
   file.setPermissions(target.exists() ? target.permissions() : kNewFilePermissions);
   if (!file.flush())
-    raiseWriteError(path, file.errorString());
+    raiseExportWriteError(path, file.errorString(), kSource);
   file.close();
   if (std::rename(QFile::encodeName(file.fileName()).constData(), QFile::encodeName(path).constData()) != 0)
-    raiseWriteError(path, QString::fromLocal8Bit(std::strerror(errno)));
+    raiseExportWriteError(path, QString::fromLocal8Bit(std::strerror(errno)), kSource);
   file.setAutoRemove(false);
 }
 

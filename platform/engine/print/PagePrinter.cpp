@@ -4,6 +4,7 @@
 #include "engine/print/CupsDestination.h"
 
 #include "core/Error.h"
+#include "engine/export/ExportFile.h"
 
 #include <QDir>
 #include <QTemporaryFile>
@@ -17,17 +18,6 @@ const QString kSource = QStringLiteral("PagePrinter");
 // The values of the orientation-requested option.
 constexpr const char *kPortrait = "3";
 constexpr const char *kLandscape = "4";
-
-void checkRange(const PageDocument &document, int firstPage, int lastPage) {
-  if (document.pageCount() == 0)
-    raiseError(ErrorNumber::InvalidCall, kSource, QStringLiteral("The report has no pages to print"));
-  if (firstPage < 0 || lastPage >= document.pageCount() || firstPage > lastPage)
-    raiseError(ErrorNumber::SubscriptOutOfRange, kSource,
-               QStringLiteral("Pages %1 to %2 are not a range of the report's %3 pages (counted from 0)")
-                   .arg(firstPage)
-                   .arg(lastPage)
-                   .arg(document.pageCount()));
-}
 
 bool isLandscape(const PrintSettings &settings, const Page &firstPrinted) {
   if (settings.orientation)
@@ -76,7 +66,7 @@ int PagePrinter::printDocument(const PageDocument &document) const {
 }
 
 int PagePrinter::printPages(const PageDocument &document, int firstPage, int lastPage) const {
-  checkRange(document, firstPage, lastPage);
+  checkPageRange(document, firstPage, lastPage, kSource);
   if (settings_.copies < 1)
     raiseError(ErrorNumber::InvalidCall, kSource,
                QStringLiteral("%1 copies cannot be printed; at least one is needed").arg(settings_.copies));
