@@ -16,4 +16,16 @@ inline constexpr const char *kLineProgId = "DDActiveReports2.Line";
 inline constexpr const char *kShapeProgId = "DDActiveReports2.Shape";
 inline constexpr const char *kPictureProgId = "DDActiveReports2.Picture";
 
+// The engine's exporters: each has FileName (write) and Export(pages),
+// pages being the report object's Pages after Run. The HTML exporter takes
+// FileNamePrefix and HtmlOutputPath instead of one file name; the text
+// exporter TextDelimiter (between the texts of a line), PageDelimiter (a
+// line of its own between pages) and SuppressEmptyLines.
+inline constexpr const char *kPdfExportProgId = "Orvex.PdfExport";
+inline constexpr const char *kXlsExportProgId = "Orvex.XlsExport";
+inline constexpr const char *kHtmlExportProgId = "Orvex.HtmlExport";
+inline constexpr const char *kRtfExportProgId = "Orvex.RtfExport";
+inline constexpr const char *kTextExportProgId = "Orvex.TextExport";
+inline constexpr const char *kTiffExportProgId = "Orvex.TiffExport";
+
 } // namespace kordel::hostapi

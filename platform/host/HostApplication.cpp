@@ -7,6 +7,12 @@
 #include "host/RegistryKeyObject.h"
 #include "host/SettingsStore.h"
 
+#include "engine/export/HtmlExporterObject.h"
+#include "engine/export/PdfExporterObject.h"
+#include "engine/export/RtfExporterObject.h"
+#include "engine/export/TextExporterObject.h"
+#include "engine/export/TiffExporterObject.h"
+#include "engine/export/XlsExporterObject.h"
 #include "engine/model/LayoutReport.h"
 #include "nuvo/ExplorerList.h"
 #include "nuvo/ProgIds.h"
@@ -37,6 +43,18 @@ HostApplication::HostApplication(std::shared_ptr<SettingsStore> settings, std::s
   registerProgId(QString::fromLatin1(hostapi::kHostToolsProgId), [] { return std::make_shared<HostToolsObject>(); });
   registerProgId(QString::fromLatin1(hostapi::kPrintersProgId), [] { return PrinterList::fromSystem(); });
   registerProgId(QString::fromLatin1(hostapi::kLayoutReportProgId), [] { return engine::LayoutReport::create(); });
+  registerProgId(QString::fromLatin1(hostapi::kPdfExportProgId),
+                 [] { return std::make_shared<engine::PdfExporterObject>(); });
+  registerProgId(QString::fromLatin1(hostapi::kXlsExportProgId),
+                 [] { return std::make_shared<engine::XlsExporterObject>(); });
+  registerProgId(QString::fromLatin1(hostapi::kHtmlExportProgId),
+                 [] { return std::make_shared<engine::HtmlExporterObject>(); });
+  registerProgId(QString::fromLatin1(hostapi::kRtfExportProgId),
+                 [] { return std::make_shared<engine::RtfExporterObject>(); });
+  registerProgId(QString::fromLatin1(hostapi::kTextExportProgId),
+                 [] { return std::make_shared<engine::TextExporterObject>(); });
+  registerProgId(QString::fromLatin1(hostapi::kTiffExportProgId),
+                 [] { return std::make_shared<engine::TiffExporterObject>(); });
   registerProgId(QStringLiteral("Scripting.Dictionary"), [] { return std::make_shared<Dictionary>(); });
   nuvo::registerProgIds(
       [this](const QString &progId, nuvo::ProgIdFactory factory) { registerProgId(progId, std::move(factory)); },
