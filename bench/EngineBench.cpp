@@ -152,7 +152,8 @@ int main(int argc, char **argv) {
   }
   try {
     auto report = listReport();
-    report->setEventSink(std::make_shared<BenchRows>(report, rows));
+    auto source = std::make_shared<BenchRows>(report, rows);
+    report->setEventSink(source);
     QElapsedTimer timer;
     timer.start();
     report->run();

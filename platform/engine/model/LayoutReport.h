@@ -116,9 +116,11 @@ public:
   bool hasControlNamed(const QString &name) const;
 
   // The object that answers the run's events by name
-  // ("ActiveReport_FetchData", "Detail_Format" ...); nullptr for none.
-  const ObjectRef &eventSink() const { return eventSink_; }
-  void setEventSink(ObjectRef sink) { eventSink_ = std::move(sink); }
+  // ("ActiveReport_FetchData", "Detail_Format" ...); nullptr for none. The
+  // report does not keep it alive: the sink is the run-time object that
+  // owns the report, and a strong reference back would keep both forever.
+  ObjectRef eventSink() const { return eventSink_.lock(); }
+  void setEventSink(const ObjectRef &sink) { eventSink_ = sink; }
 
   // Runs the layout onto new pages. Script errors do not stop a run; they
   // are kept, each with its place, in runErrors.
@@ -139,7 +141,7 @@ private:
   std::shared_ptr<engine::PageSettings> pageSettings_ = std::make_shared<engine::PageSettings>();
   std::shared_ptr<LayoutPrinter> printer_ = std::make_shared<LayoutPrinter>();
   std::vector<std::pair<QString, ObjectRef>> namedItems_;
-  ObjectRef eventSink_;
+  std::weak_ptr<Object> eventSink_;
   std::shared_ptr<PageDocument> pages_;
   QStringList runErrors_;
 };

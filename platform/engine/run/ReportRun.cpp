@@ -134,7 +134,7 @@ void ReportRun::recordError(const QString &where) {
 // ---- Events ----
 
 void ReportRun::raise(const QString &event, Args &args) {
-  if (const ObjectRef &sink = report_.eventSink(); sink && sink->hasMember(event)) {
+  if (const ObjectRef sink = report_.eventSink(); sink && sink->hasMember(event)) {
     try {
       sink->call(event, args);
     } catch (const script::ScriptStop &) {

@@ -207,7 +207,8 @@ TEST(ReportRunTest, AGroupedListPrintsInBandedOrderWithPageXOfYAndSummaries) {
 
 TEST(ReportRunTest, AnEmptyDataSetStillPrintsHeadersAndFootersOnOnePage) {
   auto report = customerList();
-  report->setEventSink(std::make_shared<RowSource>(report, std::vector<RowValues>{}));
+  auto source = std::make_shared<RowSource>(report, std::vector<RowValues>{});
+  report->setEventSink(source);
   report->run();
   ASSERT_EQ(report->pages()->pageCount(), 1);
   const QStringList lines = pageLines(*report->pages(), 0);
@@ -222,9 +223,10 @@ TEST(ReportRunTest, GrowingTextPushesWhatFollowsAndFixedTextIsCut) {
   auto below = addField(detail, "name", 0, 2000);
   below->top = 300;
   const QString longNote = "one two three four five six seven eight nine ten eleven twelve thirteen fourteen";
-  report->setEventSink(std::make_shared<RowSource>(
+  auto source = std::make_shared<RowSource>(
       report, std::vector<RowValues>{{{"note", Variant(longNote)}, {"name", Variant("after")}},
-                                     {{"note", Variant("short")}, {"name", Variant("next")}}}));
+                                     {{"note", Variant("short")}, {"name", Variant("next")}}});
+  report->setEventSink(source);
   report->run();
   const Page &page = report->pages()->page(0);
   std::map<QString, int> top;
@@ -321,8 +323,9 @@ TEST(ReportRunTest, AScriptErrorIsKeptWithItsLineAndTheRunGoesOn) {
   report->script = "Sub Detail_Format\n  x = 1 / 0\nEnd Sub\n";
   auto &detail = *report->sections()->add("Detail", 0, SectionType::Detail, 300);
   addField(detail, "name", 0, 2000);
-  report->setEventSink(
-      std::make_shared<RowSource>(report, std::vector<RowValues>{{{"name", Variant("a")}}, {{"name", Variant("b")}}}));
+  auto source =
+      std::make_shared<RowSource>(report, std::vector<RowValues>{{{"name", Variant("a")}}, {{"name", Variant("b")}}});
+  report->setEventSink(source);
   report->run();
   EXPECT_EQ(pageLines(*report->pages(), 0), (QStringList{"a", "b"}));
   ASSERT_EQ(report->runErrors().size(), 2);
@@ -389,14 +392,16 @@ TEST(ReportRunTest, SubReportsRunOncePerParentRowAndPrintInsideIt) {
   addLabel(childHeader, "never shown", 0, 2000);
   auto &childDetail = *child->sections()->add("Detail", 1, SectionType::Detail, 250);
   addField(childDetail, "item", 0, 2000);
-  child->setEventSink(std::make_shared<ChildRows>(child, parent, 2));
+  auto childRows = std::make_shared<ChildRows>(child, parent, 2);
+  child->setEventSink(childRows);
   sub->report = child;
   EXPECT_EQ(sub->get("Object").rawObject(), child->eventSink()) << "the control's Object is the report's sink";
 
   std::vector<RowValues> rows;
   for (int i = 1; i <= 4; ++i)
     rows.push_back({{"name", Variant(QStringLiteral("owner%1").arg(i))}});
-  parent->setEventSink(std::make_shared<RowSource>(parent, rows));
+  auto parentRows = std::make_shared<RowSource>(parent, rows);
+  parent->setEventSink(parentRows);
   parent->run();
   EXPECT_TRUE(parent->runErrors().isEmpty()) << parent->runErrors().join("\n").toStdString();
   EXPECT_EQ(pageLines(*parent->pages(), 0), (QStringList{"owner1", "owner1/1", "owner1/2", "owner2", "owner2/1",
@@ -417,7 +422,8 @@ TEST(ReportRunTest, SubReportsRunOncePerParentRowAndPrintInsideIt) {
 TEST(ReportRunTest, NewPageAndTheFinishedPagesAsPdf) {
   auto report = customerList();
   report->sections()->find("GroupHeader1")->newPage = NewPage::Before;
-  report->setEventSink(std::make_shared<RowSource>(report, customers(9)));
+  auto source = std::make_shared<RowSource>(report, customers(9));
+  report->setEventSink(source);
   report->run();
   ASSERT_EQ(report->pages()->pageCount(), 4) << "the report header's page, then each city on a page of its own";
   EXPECT_EQ(pageLines(*report->pages(), 0), (QStringList{"Customer list", "Name", "Page 1 of 4"}));
@@ -442,7 +448,8 @@ TEST(ReportRunTest, ALayoutLoadedFromItsFileRunsWithItsScript) {
   auto report = LayoutReport::create();
   report->invoke("LoadLayout", {Variant(bytes)});
   EXPECT_EQ(saveLayout(*report), bytes) << "the file is in the canonical form";
-  report->setEventSink(std::make_shared<RowSource>(report, customers(60)));
+  auto source = std::make_shared<RowSource>(report, customers(60));
+  report->setEventSink(source);
   report->invoke("Run", {});
   EXPECT_TRUE(report->runErrors().isEmpty()) << report->runErrors().join("\n").toStdString();
   const PageDocument &pages = *report->pages();
