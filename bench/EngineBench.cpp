@@ -9,7 +9,7 @@
 // per second of both roads, their ratio, the time of the run and of the
 // export, and the peak memory of the process.
 
-#include "PeakMemory.h"
+#include "BenchTools.h"
 
 #include "engine/export/PdfExporter.h"
 #include "engine/model/Controls.h"

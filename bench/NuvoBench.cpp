@@ -9,12 +9,13 @@
 // made first with the demo data. Prints rows per second of both roads and
 // their ratio; the aim is a ratio of at most 3.
 
+#include "BenchTools.h"
+
 #include "nuvo/Engine.h"
 #include "nuvo/FilterObject.h"
 #include "nuvo/PoolObject.h"
 #include "nuvo/RecordsObject.h"
 #include "nuvo/ViewObject.h"
-#include "nuvo/demo/DemoDatabase.h"
 
 #include "hostapi/Filters.h"
 
@@ -22,7 +23,6 @@
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
-#include <QFileInfo>
 #include <QSqlQuery>
 
 #include <algorithm>
@@ -133,13 +133,7 @@ int main(int argc, char **argv) {
       rounds = std::max(1, args[i + 1].toInt());
   }
   try {
-    const auto address = nuvo::DatabaseAddress::parse(database);
-    if (address.dialect == nuvo::Dialect::SQLite && !QFileInfo::exists(address.file)) {
-      std::printf("making a demo database of %d companies in %s\n", companies, address.file.toUtf8().constData());
-      nuvo::demo::DemoOptions options;
-      options.companies = companies;
-      nuvo::demo::createDemoDatabase(address, options);
-    }
+    const auto address = demoDatabase(database, companies);
     auto engine = nuvo::Engine::open(address, QStringLiteral("en"));
     nuvo::SqlConnection plainSql(address);
 

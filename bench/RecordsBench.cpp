@@ -13,7 +13,7 @@
 // walk that grows with the square of the rows shows there), and the peak
 // memory of the process.
 
-#include "PeakMemory.h"
+#include "BenchTools.h"
 
 #include "addin/ApplicationManager.h"
 #include "common/ResourceManager.h"
@@ -31,13 +31,11 @@
 #include "hostapi/ReportContext.h"
 #include "nuvo/DatabaseObject.h"
 #include "nuvo/Engine.h"
-#include "nuvo/demo/DemoDatabase.h"
 
 #include "core/Error.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
-#include <QFileInfo>
 #include <QSqlQuery>
 #include <QTemporaryDir>
 
@@ -84,13 +82,7 @@ int main(int argc, char **argv) {
       companies = args[i + 1].toInt();
   }
   try {
-    const auto address = nuvo::DatabaseAddress::parse(database);
-    if (address.dialect == nuvo::Dialect::SQLite && !QFileInfo::exists(address.file)) {
-      std::printf("making a demo database of %d companies in %s\n", companies, address.file.toUtf8().constData());
-      nuvo::demo::DemoOptions options;
-      options.companies = companies;
-      nuvo::demo::createDemoDatabase(address, options);
-    }
+    const auto address = demoDatabase(database, companies);
 
     QTemporaryDir scratch;
     hostapi::installUi(std::make_shared<host::BatchUi>());

@@ -11,7 +11,7 @@
 // with N, not N squared: compare N = 200,000 with N = 400,000 at the same
 // rows per parent.
 
-#include "PeakMemory.h"
+#include "BenchTools.h"
 
 #include "data/RowBuffer.h"
 

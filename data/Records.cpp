@@ -64,8 +64,9 @@ bool columnFor(const hostapi::Field &field, int &type, int &size) {
   return true;
 }
 
-// How a value of the field is copied: a formula by the type of its value,
-// and anything whose value is a date as a date.
+// The field type that decides how a value of the field is copied: a
+// formula's by the type of its value, and anything whose value is a date
+// as a date.
 int copyTypeFor(const hostapi::Field &field) {
   const int type = field.type();
   const int dataType = field.dataType();
@@ -188,7 +189,12 @@ void Records::CreateBuffer() {
     if (!field)
       raiseError(ErrorNumber::ObjectNotSet, kSource,
                  QStringLiteral("\"%1\" is no field of the class of the page \"%2\"").arg(name, page_->Name()));
-    Column column{name, copyTypeFor(*field), false, 0, 0};
+    const int copyType = copyTypeFor(*field);
+    const SortKey key = isOneOf(copyType, {1, 5, 15, 20, 23})  ? SortKey::WholeNumber
+                        : isOneOf(copyType, {6, 8, 9})         ? SortKey::Number
+                        : copyType == hostapi::FieldType::Date ? SortKey::Date
+                                                               : SortKey::Text;
+    Column column{name, key, false, 0, 0};
     column.inBuffer = columnFor(*field, column.bufferType, column.definedSize);
     bufferColumns_.push_back(column);
   }
@@ -237,12 +243,10 @@ std::shared_ptr<hostapi::Filter> Records::SourceFilter() {
     std::shared_ptr<hostapi::Pool> pool;
     if (range.isObject()) {
       const ObjectRef &object = range.rawObject();
-      if ((filter = std::dynamic_pointer_cast<hostapi::Filter>(object))) {
-      } else if (auto asPool = std::dynamic_pointer_cast<hostapi::Pool>(object)) {
-        pool = asPool;
-      } else if (auto selection = std::dynamic_pointer_cast<hostapi::Selection>(object)) {
+      filter = std::dynamic_pointer_cast<hostapi::Filter>(object);
+      pool = std::dynamic_pointer_cast<hostapi::Pool>(object);
+      if (const auto selection = std::dynamic_pointer_cast<hostapi::Selection>(object))
         pool = selection->pool();
-      }
     } else {
       // Any plain value is one id, an empty one too.
       pool = create<hostapi::Pool>(hostapi::kPoolProgId);
@@ -271,19 +275,23 @@ void Records::CopySortFields(hostapi::Record &record, RowBuffer &buffer) const {
     if (!column.inBuffer)
       continue;
     const int index = bufferIndex++;
-    const int type = column.copyType;
-    if (isOneOf(type, {1, 5, 15, 20, 23})) {
+    switch (column.key) {
+    case SortKey::WholeNumber: {
       const Variant value = record.value(column.path);
       buffer.SetValue(index, Variant(value.isNull() ? 0 : value.toLong()));
-    } else if (isOneOf(type, {6, 8, 9})) {
+      break;
+    }
+    case SortKey::Number: {
       const Variant value = record.value(column.path);
       buffer.SetValue(index, Variant(value.isNull() ? 0.0 : value.toDouble()));
-    } else if (type == hostapi::FieldType::Date) {
+      break;
+    }
+    case SortKey::Date:
       // Text order is time order; a date without text stays Null.
       if (!record.text(column.path).isEmpty())
         buffer.SetValue(index, formatValue(record.value(column.path), QStringLiteral("yyyy-mm-dd hh:nn:ss")));
-    } else {
-      buffer.SetValue(index, record.text(column.path).left(kSortKeyLength));
+      break;
+    case SortKey::Text: buffer.SetValue(index, record.text(column.path).left(kSortKeyLength)); break;
     }
   }
 }

@@ -79,10 +79,15 @@ public:
   const std::shared_ptr<hostapi::View> &View() const { return view_; }
 
 private:
+  // How a row's sort key is made from a record: a whole number or a
+  // number (Null as 0), a date as sortable text (Null without text), or
+  // the display text cut to 64 characters.
+  enum class SortKey { WholeNumber, Number, Date, Text };
+
   // A buffer column: its field path and how a record's value goes in.
   struct Column {
     QString path;
-    int copyType;   // the field type that decides how a value is copied
+    SortKey key;    // how a record's value goes into the column
     bool inBuffer;  // false for the types that get no column
     int bufferType; // a ColumnType
     int definedSize;

@@ -71,7 +71,7 @@ std::shared_ptr<hostapi::IReport> ReportCatalog::open(const ReportEntry &entry) 
   return report;
 }
 
-void ReportCatalog::exportDocument(const QString &name, const QString &path) const {
+ReportEntry ReportCatalog::exportDocument(const QString &name, const QString &path) const {
   const ReportEntry entry = find(name);
   const auto report = open(entry);
   // Writing the record passes the contents through the add-in's document,
@@ -86,6 +86,7 @@ void ReportCatalog::exportDocument(const QString &name, const QString &path) con
       application_.createObject(QString::fromLatin1(hostapi::kDocumentProgId)));
   document->setContents(contents);
   document->saveToFile(path);
+  return entry;
 }
 
 ReportEntry ReportCatalog::importDocument(const QString &path, const QString &name) {

@@ -45,8 +45,9 @@ public:
   std::shared_ptr<hostapi::IReport> open(const ReportEntry &entry) const;
 
   // Writes the document of the report to a file, replacing the file at once
-  // or not at all. Raises when the report has no document that loads.
-  void exportDocument(const QString &name, const QString &path) const;
+  // or not at all; returns the report written. Raises when the report has
+  // no document that loads.
+  ReportEntry exportDocument(const QString &name, const QString &path) const;
   // Stores a document file as a new report under the name, or, when the
   // name is empty, under the document's own name or else the file's base
   // name. Raises for a file that is not a report document, for a class the

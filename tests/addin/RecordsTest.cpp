@@ -151,9 +151,10 @@ TEST_F(RecordsTest, ATreeOfThreePagesIsOpenedWithOneQueryPerPageAndWalkedWithout
       if (i > 0) {
         const int byLast = rows[i - 1].second[0].compare(rows[i].second[0], Qt::CaseInsensitive);
         EXPECT_LE(byLast, 0) << "last name ascending";
-        if (byLast == 0)
+        if (byLast == 0) {
           EXPECT_GE(rows[i - 1].second[1].compare(rows[i].second[1], Qt::CaseInsensitive), 0)
               << "first name descending among equal last names";
+        }
       }
       history->SetParentFilter(pool({rows[i].first}));
       for (const auto &event : walk(*history, {"date"}))

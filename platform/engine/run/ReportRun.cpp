@@ -209,7 +209,7 @@ QString ReportRun::groupKey(const Section &header) {
     return QString();
   if (isExpression(header.dataField))
     return evaluate(header.dataField.mid(1)).toText();
-  const auto field = report_.fields()->find(header.dataField);
+  const auto field = boundField(header.dataField);
   return field ? field->value.toText() : QString();
 }
 
@@ -224,6 +224,13 @@ Variant ReportRun::evaluate(const QString &expression) {
     recordError(QStringLiteral("the expression =%1").arg(expression));
     return Variant();
   }
+}
+
+std::shared_ptr<UnboundField> ReportRun::boundField(const QString &dataField) {
+  auto &known = boundFields_[dataField];
+  if (!known)
+    known = report_.fields()->find(dataField); // a field added later is found on a later row
+  return known;
 }
 
 Variant ReportRun::fieldValue(const Field &field) {
@@ -244,20 +251,19 @@ Variant ReportRun::fieldValue(const Field &field) {
     return evaluate(field.dataField.mid(1));
   }
   if (!field.dataField.isEmpty())
-    if (const auto bound = report_.fields()->find(field.dataField))
+    if (const auto bound = boundField(field.dataField))
       return bound->value;
   return Variant(field.text);
 }
 
 void ReportRun::accumulate() {
   for (auto &[field, summary] : summaries_) {
-    const Variant value = field->dataField.isEmpty() ? Variant()
-                          : isExpression(field->dataField)
-                              ? evaluate(field->dataField.mid(1))
-                              : [&] {
-                                  const auto bound = report_.fields()->find(field->dataField);
-                                  return bound ? bound->value : Variant();
-                                }();
+    const Variant value = field->dataField.isEmpty()       ? Variant()
+                          : isExpression(field->dataField) ? evaluate(field->dataField.mid(1))
+                                                           : [&] {
+                                                               const auto bound = boundField(field->dataField);
+                                                               return bound ? bound->value : Variant();
+                                                             }();
     if (value.isNull() || value.isEmpty())
       continue;
     summary.sum += value.toNumberOr(0);

@@ -24,6 +24,7 @@ class Paginator;
 class Section;
 class SectionRenderer;
 class SubReport;
+class UnboundField;
 
 // One run of a layout over the rows its FetchData handlers give.
 //
@@ -75,6 +76,9 @@ private:
   void restore(const Row &row);
   QString groupKey(const Section &header);
   Variant evaluate(const QString &expression);
+  // The unbound field a DataField names, remembered by its exact spelling
+  // so that rows do not look names up again; nullptr when there is none.
+  std::shared_ptr<UnboundField> boundField(const QString &dataField);
   Variant fieldValue(const Field &field);
   void accumulate();
   void resetSummaries(const QString &groupName);
@@ -97,6 +101,7 @@ private:
   std::vector<const Field *> fetchTimeFields_;
   std::map<const Field *, Summary> summaries_;
   std::map<const SubReport *, std::unique_ptr<ReportRun>> subRuns_;
+  QHash<QString, std::shared_ptr<UnboundField>> boundFields_;
   const Row *currentRow_ = nullptr;
   bool prepared_ = false;
 };

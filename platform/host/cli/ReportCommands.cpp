@@ -48,9 +48,15 @@ Words parse(const QStringList &args, bool takesName, const QString &usage) {
   return words;
 }
 
-void requireCount(const Words &words, qsizetype count, const QString &usage) {
+// The words of a command with its number of positional arguments, and its
+// database opened.
+Words commandWords(HostApplication &app, const QStringList &args, qsizetype count, bool takesName,
+                   const QString &usage) {
+  const Words words = parse(args, takesName, usage);
   if (words.positional.size() != count)
     raiseError(ErrorNumber::InvalidCall, kSource, QStringLiteral("usage: %1").arg(usage));
+  openDatabase(app, words.database);
+  return words;
 }
 
 // The add-in connected to the application for the length of a command.
@@ -76,10 +82,7 @@ QString classText(HostApplication &app, const QString &name) {
 } // namespace
 
 int reports(HostApplication &app, const QStringList &args) {
-  const QString usage = QStringLiteral("orvex reports [--db DATABASE]");
-  const Words words = parse(args, false, usage);
-  requireCount(words, 0, usage);
-  openDatabase(app, words.database);
+  commandWords(app, args, 0, false, QStringLiteral("orvex reports [--db DATABASE]"));
   ConnectedCatalog catalog(app);
   const QList<ReportEntry> entries = catalog->list();
   if (entries.isEmpty()) {
@@ -96,21 +99,17 @@ int reports(HostApplication &app, const QStringList &args) {
 }
 
 int reportExport(HostApplication &app, const QStringList &args) {
-  const QString usage = QStringLiteral("orvex report-export NAME FILE [--db DATABASE]");
-  const Words words = parse(args, false, usage);
-  requireCount(words, 2, usage);
-  openDatabase(app, words.database);
+  const Words words =
+      commandWords(app, args, 2, false, QStringLiteral("orvex report-export NAME FILE [--db DATABASE]"));
   ConnectedCatalog catalog(app);
-  catalog->exportDocument(words.positional[0], words.positional[1]);
-  printLine(QStringLiteral("Wrote \"%1\" to %2").arg(catalog->find(words.positional[0]).name, words.positional[1]));
+  const ReportEntry entry = catalog->exportDocument(words.positional[0], words.positional[1]);
+  printLine(QStringLiteral("Wrote \"%1\" to %2").arg(entry.name, words.positional[1]));
   return 0;
 }
 
 int reportImport(HostApplication &app, const QStringList &args) {
-  const QString usage = QStringLiteral("orvex report-import FILE [--name NAME] [--db DATABASE]");
-  const Words words = parse(args, true, usage);
-  requireCount(words, 1, usage);
-  openDatabase(app, words.database);
+  const Words words =
+      commandWords(app, args, 1, true, QStringLiteral("orvex report-import FILE [--name NAME] [--db DATABASE]"));
   ConnectedCatalog catalog(app);
   const ReportEntry entry = catalog->importDocument(words.positional[0], words.name);
   printLine(QStringLiteral("Stored \"%1\" (%2)").arg(entry.name, classText(app, entry.reportClass)));

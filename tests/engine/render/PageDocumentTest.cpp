@@ -180,19 +180,6 @@ TEST(DocumentPages, ThatReferToMissingFontsImagesOrHaveNoSizeAreRefused) {
   EXPECT_EQ(document.pageCount(), 0);
 }
 
-TEST(PageMemory, GrowsWithTheTextItHolds) {
-  Page shortTexts(kA4Width, kA4Height);
-  Page longTexts(kA4Width, kA4Height);
-  for (int i = 0; i < 100; ++i) {
-    shortTexts.addText({}, QStringLiteral("x"), 0);
-    longTexts.addText({}, QString(200, QLatin1Char('x')), 0);
-  }
-  shortTexts.squeeze();
-  longTexts.squeeze();
-  EXPECT_GE(shortTexts.approximateBytes(), 100 * sizeof(PageItem));
-  EXPECT_GE(longTexts.approximateBytes(), shortTexts.approximateBytes() + 100 * 199 * sizeof(QChar));
-}
-
 // A text run costs its item (sizeof(PageItem), at most 48 bytes) and two
 // bytes a character; a page adds its own fixed part. Anything beyond that,
 // such as a string object or a heap block per run, breaks the bound.

@@ -81,19 +81,6 @@ TEST(TextMeasure, TakesTheWidestLineAndAllLines) {
   EXPECT_DOUBLE_EQ(canvas.measure(QStringLiteral("x\n")).height(), 2 * line);
 }
 
-TEST(TextMeasure, GivesTheSameResultEveryTime) {
-  const QString text = QStringLiteral("Åsa Öberg, Žluťoučký kůň, Ελληνικά");
-  TextCanvas first;
-  first.setFont(font(9.5));
-  const QSizeF size = first.measure(text);
-  for (int i = 0; i < 3; ++i) {
-    TextCanvas again;
-    again.setFont(font(9.5));
-    EXPECT_EQ(again.measure(text), size);
-    EXPECT_EQ(first.measure(text), size);
-  }
-}
-
 TEST(TextWrap, BreaksAtSpacesAndKeepsEveryLineInTheWidth) {
   TextCanvas canvas;
   const QString text = QStringLiteral("The quick brown fox jumps over the lazy dog and runs far away");
