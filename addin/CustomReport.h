@@ -9,7 +9,8 @@
 
 namespace kordel::hostapi {
 class HostFile;
-}
+class ReportContext;
+} // namespace kordel::hostapi
 
 namespace kordel::addin {
 
@@ -43,6 +44,9 @@ public:
   void IReport_SetGUID(const QString &guid) override;
   QString IReport_Type() const override;
 
+  void IReport_PrintOut(bool showDialog, const ObjectRef &context) override;
+  void IReport_PrintPreview(const ObjectRef &context) override;
+
   // Reads the record in its layout, or in the older one ("Name", "A", "C",
   // "Contents") when any value of the current layout is missing. Errors of
   // the older layout's reads reach the caller.
@@ -54,6 +58,18 @@ public:
   // The designer saved the document: take its name and contents and store
   // the report in its host file at once.
   void m_Designer_OnSave(const std::shared_ptr<Report> &report);
+
+  // Loads the document and prints, previews (preview) or exports it.
+  void PrintReport(bool preview, bool showDialog, const std::shared_ptr<hostapi::ReportContext> &context);
+  void PrintLoadedReport(const std::shared_ptr<Report> &report, bool preview, bool showDialog,
+                         const std::shared_ptr<hostapi::ReportContext> &context);
+  // Runs the report: mode 0 prints at once, 1 previews (result: the user
+  // printed from the preview), 2 exports to the context's export file.
+  void RunReport(int mode, const std::shared_ptr<Report> &report,
+                 const std::shared_ptr<hostapi::ReportContext> &context, bool &result);
+  // Exports the pages by the file's extension (pdf, xls, html, htm, rtf,
+  // txt, tiff, in any case); false for any other extension.
+  bool ExportReport(const QString &fileName, const Variant &pages);
 
   // The class the report is built on; "" when it has none yet.
   const QString &ReportClass() const { return reportClass_; }
@@ -67,6 +83,13 @@ private:
   // object holds none. The host's name wins over the document's.
   std::shared_ptr<Report> GetReport();
   std::shared_ptr<hostapi::HostFile> OpenHostFile();
+  // The add-in's own Context becomes a new host context with the same
+  // class, name, range, properties and sub filters; a host context passes.
+  std::shared_ptr<hostapi::ReportContext> MakeHostContext(const ObjectRef &context);
+  // The printer the context names, or the one last used for the report, or
+  // the default printer; nullptr when none is found. Never raises.
+  ObjectRef ResolvePrinter(const std::shared_ptr<hostapi::ReportContext> &context,
+                           const std::shared_ptr<Report> &report);
   bool SupportsClass(const Variant &argument);
   void ReadOlderLayout(const hostapi::PropertyBag &bag);
 

@@ -12,5 +12,6 @@ struct DatabaseAddress;
 long peakMegabytes();
 
 // The database of a benchmark: a SQLite file that does not exist yet is
-// made first with the demo data of that many companies.
-kordel::nuvo::DatabaseAddress demoDatabase(const QString &database, int companies);
+// made first with the demo data of that many companies, with that many
+// persons a company on average.
+kordel::nuvo::DatabaseAddress demoDatabase(const QString &database, int companies, int personsPerCompany = 3);

@@ -6,9 +6,20 @@ namespace kordel::hostapi {
 // and reached late-bound under the member names layouts use: Sections,
 // Fields, Printer, PageSettings, ScriptLanguage, Script, PrintWidth,
 // Detail, documentName, Caption, Pages, AddNamedItem, LoadLayout,
-// SaveLayout, Run. Its sections hold controls made by Controls.Add with
-// the control ProgIDs below.
+// SaveLayout, Run, and EventSink: the object that answers the run's events
+// by name, held weakly, so its owner keeps it alive. For printing and the
+// preview: PrintReport(prompt), Show(modal), Close, WindowState (0 normal,
+// 1 minimised, 2 maximised) and Left, Top, Width, Height (the preview
+// window's place in twips); PrintReport raises
+// ActiveReport_PrintProgress(pageNumber) once per page after the printer
+// took the job. Its sections hold controls made by Controls.Add with the
+// control ProgIDs below.
 inline constexpr const char *kLayoutReportProgId = "DDActiveReports2.ActiveReport";
+// A printer object, as a report's Printer is one: DeviceName (writing it
+// selects that printer), Port, PaperBin (-1 for the printer's own choice),
+// PaperBins, PaperBinNames, Orientation, Copies, PaperWidth and
+// PaperHeight (twips). A new one stands for the default printer.
+inline constexpr const char *kLayoutPrinterProgId = "DDActiveReports2.Printer";
 inline constexpr const char *kLabelProgId = "DDActiveReports2.Label";
 inline constexpr const char *kFieldProgId = "DDActiveReports2.Field";
 inline constexpr const char *kSubReportProgId = "DDActiveReports2.SubReport";

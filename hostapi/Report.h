@@ -44,6 +44,13 @@ public:
   virtual QString IReport_GUID() = 0;
   virtual void IReport_SetGUID(const QString &guid) = 0;
   virtual QString IReport_Type() const = 0;
+  // Prints the report for the context (the add-in's own context or the
+  // host's), asking the user first when showDialog is true or the context
+  // leaves the range or the printer open. A context with an export file
+  // exports instead. Failures are reported to the user, not raised.
+  virtual void IReport_PrintOut(bool showDialog, const ObjectRef &context) = 0;
+  // Shows the report for the context in the preview window.
+  virtual void IReport_PrintPreview(const ObjectRef &context) = 0;
 };
 
 } // namespace kordel::hostapi

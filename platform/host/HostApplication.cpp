@@ -14,6 +14,7 @@
 #include "engine/export/TiffExporterObject.h"
 #include "engine/export/XlsExporterObject.h"
 #include "engine/model/LayoutReport.h"
+#include "engine/preview/Presenters.h"
 #include "nuvo/ExplorerList.h"
 #include "nuvo/ProgIds.h"
 
@@ -43,6 +44,8 @@ HostApplication::HostApplication(std::shared_ptr<SettingsStore> settings, std::s
   registerProgId(QString::fromLatin1(hostapi::kHostToolsProgId), [] { return std::make_shared<HostToolsObject>(); });
   registerProgId(QString::fromLatin1(hostapi::kPrintersProgId), [] { return PrinterList::fromSystem(); });
   registerProgId(QString::fromLatin1(hostapi::kLayoutReportProgId), [] { return engine::LayoutReport::create(); });
+  registerProgId(QString::fromLatin1(hostapi::kLayoutPrinterProgId),
+                 [] { return std::make_shared<engine::LayoutPrinter>(); });
   registerProgId(QString::fromLatin1(hostapi::kPdfExportProgId),
                  [] { return std::make_shared<engine::PdfExporterObject>(); });
   registerProgId(QString::fromLatin1(hostapi::kXlsExportProgId),
@@ -59,6 +62,14 @@ HostApplication::HostApplication(std::shared_ptr<SettingsStore> settings, std::s
   nuvo::registerProgIds(
       [this](const QString &progId, nuvo::ProgIdFactory factory) { registerProgId(progId, std::move(factory)); },
       [this] { return database_; });
+  presentEngineWindowsThroughUi();
+}
+
+void HostApplication::presentEngineWindowsThroughUi() {
+  engine::setModalPresenter([](QWidget &window) { hostapi::ui().showModal(window); });
+  engine::setMessagePresenter([](const QString &title, const QString &text) {
+    hostapi::ui().messageBox(text, hostapi::MsgBox::Exclamation, title);
+  });
 }
 
 QString HostApplication::defaultLanguage() {

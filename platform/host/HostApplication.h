@@ -20,10 +20,12 @@ class SettingsStore;
 // The host application object that the add-in and automation scripts see.
 // It makes host objects by ProgID: "Skarnholt.Translator", "Orvex.Registry"
 // (over the settings store), "Orvex.HostTools", "Orvex.Printers" and
-// "Scripting.Dictionary", and those of the data engine ("Nuvo.Pool" ...);
-// later parts add theirs with registerProgId. Late-bound: MousePointer,
-// Language, Version, CreateObject, ApplicationLog, Database, Classes,
-// Explorers, ActiveExplorer, ActiveUser, RegisterReportFactory.
+// "Scripting.Dictionary", those of the data engine ("Nuvo.Pool" ...) and
+// of the layout engine (the report object, its printer and exporters);
+// later parts add theirs with registerProgId. It has the layout engine
+// show its preview and messages through the installed Ui. Late-bound:
+// MousePointer, Language, Version, CreateObject, ApplicationLog, Database,
+// Classes, Explorers, ActiveExplorer, ActiveUser, RegisterReportFactory.
 class HostApplication : public hostapi::Application {
 public:
   using Factory = std::function<ObjectRef()>;
@@ -70,6 +72,11 @@ protected:
   const MemberTable &memberTable() const override;
 
 private:
+  // The engine's modal windows and messages go to hostapi::ui(), so that
+  // the desktop shows them, the command line refuses them and tests drive
+  // them.
+  static void presentEngineWindowsThroughUi();
+
   std::shared_ptr<SettingsStore> settings_;
   std::shared_ptr<FileLog> log_;
   std::shared_ptr<hostapi::Database> database_;

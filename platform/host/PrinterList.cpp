@@ -1,8 +1,8 @@
 #include "host/PrinterList.h"
 
-#include "core/Error.h"
+#include "engine/print/SystemPrinters.h"
 
-#include <cups/cups.h>
+#include "core/Error.h"
 
 namespace kordel::host {
 
@@ -17,18 +17,9 @@ const MemberTable &PrinterInfo::memberTable() const {
 }
 
 std::shared_ptr<PrinterList> PrinterList::fromSystem() {
-  // Without a scheduler the connection fails at once (the local socket or
-  // port refuses it) and the list is empty.
-  cups_dest_t *dests = nullptr;
-  const int found = cupsGetDests2(CUPS_HTTP_DEFAULT, &dests);
   std::vector<std::shared_ptr<PrinterInfo>> printers;
-  for (int i = 0; i < found; ++i) {
-    QString name = QString::fromUtf8(dests[i].name);
-    if (dests[i].instance)
-      name += u'/' + QString::fromUtf8(dests[i].instance);
-    printers.push_back(std::make_shared<PrinterInfo>(name, dests[i].is_default != 0));
-  }
-  cupsFreeDests(found, dests);
+  for (const engine::SystemPrinter &printer : engine::systemPrinters())
+    printers.push_back(std::make_shared<PrinterInfo>(printer.name, printer.isDefault));
   return std::make_shared<PrinterList>(std::move(printers));
 }
 

@@ -25,8 +25,10 @@ private:
 };
 
 // The printers of the system ("Orvex.Printers"), as the print system knew
-// them when the list was made. Without a print server the list is empty.
-// Late-bound: Count, Item(index from 1, or name), For Each.
+// them when the list was made, and last the built-in PDF printer, which is
+// the default when the print system marks none. Without a print server
+// the built-in printer is the only one. Late-bound: Count, Item(index from
+// 1, or name), For Each.
 class PrinterList : public Object {
 public:
   explicit PrinterList(std::vector<std::shared_ptr<PrinterInfo>> printers) : printers_(std::move(printers)) {}

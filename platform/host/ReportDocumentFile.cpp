@@ -3,6 +3,7 @@
 #include "core/Error.h"
 #include "xml/XmlDocument.h"
 #include "xml/XmlNode.h"
+#include "xml/XmlNodeList.h"
 
 #include <QFile>
 
@@ -12,12 +13,33 @@ namespace {
 
 const QString kSource = QStringLiteral("ReportDocument");
 
-// The value of a setting of a top-level section; "" when it is not there.
-// A carriage return stands in a value as a marker, with no escape.
+// The value of a setting of a section; "" when it is not there. A carriage
+// return stands in a value as a marker, with no escape.
+QString property(const XmlNode &section, const QString &key) {
+  const auto value = section.selectSingleNode(QStringLiteral("property[@name='%1']/@value").arg(key));
+  return value ? value->text().replace(QStringLiteral("\\C013\\"), QStringLiteral("\r")) : QString();
+}
+
+// The value of a setting of a top-level section.
 QString setting(const XmlNode &root, const QString &section, const QString &key) {
-  const auto property =
-      root.selectSingleNode(QStringLiteral("section[@name='%1']/property[@name='%2']/@value").arg(section, key));
-  return property ? property->text().replace(QStringLiteral("\\C013\\"), QStringLiteral("\r")) : QString();
+  const auto node = root.selectSingleNode(QStringLiteral("section[@name='%1']").arg(section));
+  return node ? property(*node, key) : QString();
+}
+
+QList<ReportDocumentPage> pagesOf(const XmlNode &root) {
+  const QString topGuid = setting(root, QStringLiteral("settings"), QStringLiteral("toppage"));
+  QList<ReportDocumentPage> pages;
+  const auto sections = root.selectNodes(QStringLiteral("section[@name='pages']/section"));
+  for (int i = 0; i < sections->length(); ++i) {
+    const auto section = sections->item(i);
+    ReportDocumentPage page;
+    page.guid = section->getAttribute(QStringLiteral("name")).value_or(QString());
+    page.name = property(*section, QStringLiteral("name"));
+    page.source = property(*section, QStringLiteral("source"));
+    page.top = page.guid == topGuid;
+    pages.append(page);
+  }
+  return pages;
 }
 
 } // namespace
@@ -44,6 +66,7 @@ ReportDocumentFile ReportDocumentFile::read(const QString &path) {
                QStringLiteral("%1 is not a report document: its root element is not \"application\"").arg(path));
   document.name_ = setting(*root, QStringLiteral("system"), QStringLiteral("name"));
   document.reportClass_ = setting(*root, QStringLiteral("settings"), QStringLiteral("source"));
+  document.pages_ = pagesOf(*root);
   return document;
 }
 

@@ -1,3 +1,4 @@
+#include "host/BatchUi.h"
 #include "host/FileLog.h"
 #include "host/HostApplication.h"
 #include "host/HostPaths.h"
@@ -8,8 +9,13 @@
 #include "host/RegistryKeyObject.h"
 #include "host/SettingsStore.h"
 
+#include "engine/preview/Presenters.h"
+#include "engine/preview/PreviewWindow.h"
+#include "engine/print/LayoutPrinter.h"
+
 #include "core/Dictionary.h"
 #include "core/Error.h"
+#include "support/ScriptedUi.h"
 #include "support/TempDir.h"
 
 #include <QApplication>
@@ -74,6 +80,38 @@ TEST_F(HostApplicationTest, CreatesEachHostObjectByProgId) {
   const auto layout = create("DDActiveReports2.ActiveReport");
   EXPECT_EQ(layout->typeName(), "ActiveReport");
   EXPECT_EQ(layout->get("Sections").rawObject()->get("Count"), Variant(0));
+  EXPECT_TRUE(std::dynamic_pointer_cast<kordel::engine::LayoutPrinter>(create("DDActiveReports2.Printer")));
+}
+
+TEST_F(HostApplicationTest, TheEnginesPreviewAndMessagesGoThroughTheInstalledUi) {
+  const auto app = makeApp();
+  auto ui = std::make_shared<kordel::test::ScriptedUi>();
+  kordel::hostapi::installUi(ui);
+  const ObjectRef report = app->createObject(QStringLiteral("DDActiveReports2.ActiveReport"));
+  report->get(QStringLiteral("Sections")).toObject()->invoke(QStringLiteral("Add"), {"Detail", 0, 6, 300});
+  report->set(QStringLiteral("Caption"), Variant("Host preview"));
+  int pages = 0;
+  QString title;
+  ui->modalHandler = [&](QWidget &window) {
+    const auto *preview = qobject_cast<kordel::engine::PreviewWindow *>(&window);
+    ASSERT_TRUE(preview);
+    pages = preview->pageCount();
+    title = window.windowTitle();
+  };
+  report->invoke(QStringLiteral("Show"), {true});
+  EXPECT_EQ(pages, 1);
+  EXPECT_EQ(title, QStringLiteral("Host preview"));
+
+  kordel::engine::presentMessage(QStringLiteral("Printing"), QStringLiteral("The printer is gone"));
+  ASSERT_EQ(ui->boxes.size(), 1u);
+  EXPECT_EQ(ui->boxes[0].title, QStringLiteral("Printing"));
+  EXPECT_EQ(ui->boxes[0].text, QStringLiteral("The printer is gone"));
+  EXPECT_EQ(ui->boxes[0].flags, kordel::hostapi::MsgBox::Exclamation);
+
+  // The command line has no windows to show.
+  kordel::hostapi::installUi(std::make_shared<host::BatchUi>());
+  EXPECT_THROW(report->invoke(QStringLiteral("Show"), {true}), Error);
+  kordel::hostapi::installUi(nullptr);
 }
 
 TEST_F(HostApplicationTest, AnUnknownProgIdRaises429NamingIt) {

@@ -1,6 +1,6 @@
-// An automation script, run by the orvex program, that builds a layout
-// with the engine's report object, runs it with rows of its own script and
-// exports the pages with each of the engine's exporters.
+// Automation scripts, run by the orvex program, that build a layout with
+// the engine's report object, run it with rows of their own script, export
+// the pages with each of the engine's exporters and print them.
 
 #include "support/OrvexProcess.h"
 #include "support/TempDir.h"
@@ -60,3 +60,43 @@ TEST(LayoutAutomationTest, AScriptBuildsRunsAndExportsALayout) {
 }
 
 } // namespace
+
+namespace {
+
+const char *kPrintScript = R"vbs(
+Set printer = CreateObject("DDActiveReports2.Printer")
+WScript.Echo printer.DeviceName
+Set rpt = CreateObject("DDActiveReports2.ActiveReport")
+Set header = rpt.Sections.Add("ReportHeader", 0, 0, 400)
+Set label = header.Controls.Add("DDActiveReports2.Label")
+label.Caption = "Printed by a script"
+label.Width = 4000
+rpt.documentName = "Automated run"
+rpt.Printer.DeviceName = printer.DeviceName
+rpt.PrintReport False
+WScript.Echo "pages " & rpt.Pages.Count
+rpt.Show True
+)vbs";
+
+} // namespace
+
+// Without a print server the built-in PDF printer takes the job into the
+// documents folder; the command line shows no preview.
+TEST(LayoutAutomationTest, AScriptPrintsToTheBuiltInPdfPrinter) {
+  kordel::test::TempDir dir;
+  ASSERT_TRUE(kordel::test::writeFile(dir.file("print.vbs"), kPrintScript));
+  const kordel::test::OrvexRun run = kordel::test::runOrvex(dir, {"script", dir.file("print.vbs")},
+                                                            {{"HOME", dir.path()},
+                                                             {"XDG_CONFIG_HOME", dir.file(".config")},
+                                                             {"CUPS_SERVER", dir.file("nobody-listens.sock")}});
+  EXPECT_EQ(run.out, "Orvex PDF\npages 1\n");
+  EXPECT_EQ(run.exitCode, 1) << "the last line asks for a preview";
+  EXPECT_TRUE(run.err.contains("(5)")) << run.err.toStdString();
+
+  const QString pdf = dir.file("Documents/Automated run.pdf");
+  ASSERT_TRUE(QFile::exists(pdf)) << QDir(dir.file("Documents")).entryList().join(',').toStdString();
+  QProcess text;
+  text.start("pdftotext", {pdf, "-"});
+  ASSERT_TRUE(text.waitForFinished(30000));
+  EXPECT_TRUE(text.readAllStandardOutput().contains("Printed by a script"));
+}

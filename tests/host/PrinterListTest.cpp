@@ -4,6 +4,7 @@
 #include "host/PrinterList.h"
 
 #include "core/Error.h"
+#include "hostapi/Printers.h"
 #include "support/TempDir.h"
 
 #include <gtest/gtest.h>
@@ -50,14 +51,18 @@ QStringList namesByForEach(PrinterList &list) {
 
 } // namespace
 
-TEST(PrinterList, WithoutAPrintServerTheListIsEmpty) {
+const QString kBuiltIn = QString::fromUtf8(kordel::hostapi::kBuiltInPdfPrinterName);
+
+TEST(PrinterList, WithoutAPrintServerTheBuiltInPdfPrinterIsTheOneAndDefault) {
   TempDir dir;
   ScopedCupsServer server(dir.file(QStringLiteral("nobody-listens.sock")));
   const auto list = PrinterList::fromSystem();
-  EXPECT_EQ(list->get(QStringLiteral("Count")).toLong(), 0);
-  EXPECT_TRUE(namesByForEach(*list).isEmpty());
-  EXPECT_EQ(list->defaultPrinterName(), QString());
-  EXPECT_THROW(list->invoke(QStringLiteral("Item"), {1}), Error);
+  EXPECT_EQ(list->get(QStringLiteral("Count")).toLong(), 1);
+  EXPECT_EQ(namesByForEach(*list), QStringList{kBuiltIn});
+  EXPECT_TRUE(list->item(Variant(1))->isDefault());
+  EXPECT_EQ(list->defaultPrinterName(), kBuiltIn);
+  EXPECT_EQ(kordel::host::HostToolsObject().defaultPrinterName(), kBuiltIn);
+  EXPECT_THROW(list->invoke(QStringLiteral("Item"), {2}), Error);
 }
 
 TEST(PrinterList, ListsTheQueuesOfThePrintServer) {
@@ -76,6 +81,8 @@ TEST(PrinterList, ListsTheQueuesOfThePrintServer) {
   EXPECT_TRUE(names.contains(QStringLiteral("kordeltest"))) << names.join(u',').toStdString();
   EXPECT_TRUE(names.contains(QStringLiteral("kordel_second")));
   EXPECT_EQ(list->count(), names.size());
+  EXPECT_EQ(names.last(), kBuiltIn) << "the built-in printer comes last";
+  EXPECT_FALSE(list->item(Variant(kBuiltIn))->isDefault()) << "a queue is the default";
 
   const auto byName =
       kordel::objectAs<PrinterInfo>(list->invoke(QStringLiteral("Item"), {QStringLiteral("KORDELTEST")}));

@@ -225,11 +225,11 @@ TEST(ReportCommandsTest, TheDemoReportsAreListedExportedAndImported) {
   const QString db = dir.file("crm.db");
   const test::OrvexRun made = orvex(dir, {"demo", "--db", db, "--companies", "20"});
   ASSERT_EQ(made.exitCode, 0) << made.err.toStdString();
-  EXPECT_TRUE(made.out.contains(QRegularExpression("reports\\s+2\\n"))) << made.out.toStdString();
+  EXPECT_TRUE(made.out.contains(QRegularExpression("reports\\s+3\\n"))) << made.out.toStdString();
 
   const test::OrvexRun listed = orvex(dir, {"reports", "--db", db});
   EXPECT_EQ(listed.exitCode, 0) << listed.err.toStdString();
-  EXPECT_EQ(listed.out, "Company list  (Company)\nDeals by value  (Deal)\n");
+  EXPECT_EQ(listed.out, "Company history  (Company)\nCompany list  (Company)\nDeals by value  (Deal)\n");
 
   const QString file = dir.file("deals.xml");
   const test::OrvexRun exported = orvex(dir, {"report-export", "Deals by value", file, "--db", db});

@@ -20,7 +20,7 @@ constexpr int kXmlLayoutFormat = 2;
 
 } // namespace
 
-// ---- Paper and printer ----
+// ---- Paper ----
 
 const MemberTable &PageSettings::memberTable() const {
   using P = PageSettings;
@@ -40,39 +40,6 @@ const MemberTable &PageSettings::memberTable() const {
       property<P>(
           "Orientation", [](P &p) { return p.orientation; },
           [](P &p, const Variant &v) { p.orientation = v.toLong(); }),
-      property<P>(
-          "PaperWidth", [](P &p) { return double(p.paperWidth); },
-          [](P &p, const Variant &v) { p.paperWidth = twips(v); }),
-      property<P>(
-          "PaperHeight", [](P &p) { return double(p.paperHeight); },
-          [](P &p, const Variant &v) { p.paperHeight = twips(v); }),
-  }};
-  return table;
-}
-
-const MemberTable &LayoutPrinter::memberTable() const {
-  using P = LayoutPrinter;
-  static const MemberTable table{{
-      property<P>(
-          "DeviceName", [](P &p) { return p.deviceName; }, [](P &p, const Variant &v) { p.deviceName = v.toString(); }),
-      property<P>("Port", [](P &p) { return p.port; }),
-      property<P>(
-          "PaperBin", [](P &p) { return p.paperBin; }, [](P &p, const Variant &v) { p.paperBin = v.toLong(); }),
-      // A printer that only knows its paper has no bins to offer.
-      property<P>("PaperBins", [](P &) { return Variant(VariantArray::fromValues({})); }),
-      property<P>("PaperBinNames", [](P &) { return Variant(VariantArray::fromValues({})); }),
-      property<P>(
-          "Orientation", [](P &p) { return p.orientation; },
-          [](P &p, const Variant &v) { p.orientation = v.toLong(); }),
-      property<P>(
-          "Copies", [](P &p) { return p.copies; },
-          [](P &p, const Variant &v) {
-            const int copies = v.toInteger();
-            if (copies < 1)
-              raiseError(ErrorNumber::InvalidCall, QStringLiteral("Printer.Copies"),
-                         QStringLiteral("At least one copy, not %1").arg(copies));
-            p.copies = copies;
-          }),
       property<P>(
           "PaperWidth", [](P &p) { return double(p.paperWidth); },
           [](P &p, const Variant &v) { p.paperWidth = twips(v); }),
@@ -198,13 +165,11 @@ QString LayoutReport::uniqueControlName(const QString &stem) const {
   return stem + QString::number(number);
 }
 
-void LayoutReport::run() {
-  pages_ = std::make_shared<PageDocument>();
-  runErrors_.clear();
-  ReportRun(*this, *pages_).run();
-}
+void LayoutReport::run() { runOntoNewPages(); }
 
-const MemberTable &LayoutReport::memberTable() const {
+// The members of the layout; memberTable adds those of printing and the
+// preview (LayoutReportOutput.cpp).
+const MemberTable &LayoutReport::layoutMemberTable() {
   using R = LayoutReport;
   static const MemberTable table{{
       property<R>("Sections", [](R &r) { return Variant(ObjectRef(r.sections())); }),
@@ -232,6 +197,10 @@ const MemberTable &LayoutReport::memberTable() const {
           [](R &r, const Variant &v) { r.documentName = v.toString(); }),
       property<R>(
           "Caption", [](R &r) { return r.caption; }, [](R &r, const Variant &v) { r.caption = v.toString(); }),
+      // The object that answers the run's events; held weakly, see eventSink.
+      property<R>(
+          "EventSink", [](R &r) { return Variant(r.eventSink()); },
+          [](R &r, const Variant &v) { r.setEventSink(v.isObject() ? v.toObject() : ObjectRef()); }),
       property<R>("Pages", [](R &r) { return Variant(ObjectRef(std::make_shared<PagesObject>(r.pages()))); }),
       method<R>("Run",
                 [](R &r, Args &a) {

@@ -1,8 +1,12 @@
 #pragma once
 
+#include "engine/preview/WindowPlace.h"
+#include "engine/print/LayoutPrinter.h"
+
 #include "core/Object.h"
 
 #include <QHash>
+#include <QPointer>
 #include <QStringList>
 
 #include <memory>
@@ -11,6 +15,8 @@
 namespace kordel::engine {
 
 class PageDocument;
+class PreviewWindow;
+class ReportRun;
 class Section;
 class Sections;
 
@@ -23,23 +29,6 @@ public:
   float leftMargin = 1440, topMargin = 1440, rightMargin = 1440, bottomMargin = 1440;
   int orientation = 1;
   // A4 unless set.
-  float paperWidth = 11906, paperHeight = 16838;
-
-protected:
-  const MemberTable &memberTable() const override;
-};
-
-// The printer a run prints for. Until printers are connected it knows only
-// its paper: DeviceName, Port, PaperBin, PaperBins, PaperBinNames,
-// Orientation, Copies, PaperWidth, PaperHeight (twips).
-class LayoutPrinter : public Object {
-public:
-  QString typeName() const override { return QStringLiteral("Printer"); }
-  QString deviceName;
-  QString port;
-  int paperBin = -1;
-  int orientation = 1;
-  int copies = 1;
   float paperWidth = 11906, paperHeight = 16838;
 
 protected:
@@ -85,10 +74,13 @@ private:
 // script objects of a run. Late-bound as the report object scripts see as
 // "rpt": Sections, Fields, Printer, PageSettings, ScriptLanguage, Script,
 // PrintWidth, Detail, documentName, Caption, AddNamedItem(name, object),
-// LoadLayout(bytes) and SaveLayout(path, format, out) (format/LayoutFormat.h).
+// LoadLayout(bytes) and SaveLayout(path, format, out) (format/LayoutFormat.h);
+// for printing and the preview PrintReport(prompt), Show(modal), Close,
+// WindowState, Left, Top, Width and Height (LayoutReportOutput.cpp).
 class LayoutReport : public Object {
 public:
   static std::shared_ptr<LayoutReport> create();
+  ~LayoutReport() override;
 
   QString typeName() const override { return QStringLiteral("ActiveReport"); }
 
@@ -130,11 +122,46 @@ public:
   const QStringList &runErrors() const { return runErrors_; }
   void addRunError(const QString &error) { runErrors_ << error; }
 
+  // Prints all pages, running the layout first when it has no pages yet,
+  // on the printer's device with its copies, orientation and paper bin,
+  // then raises ActiveReport_PrintProgress(page) for the pages 1 to the
+  // last, as the run raises its events. There is no print dialog: prompt
+  // True raises 5. Printing errors raise, and no progress follows. A run
+  // made here raises its ActiveReport_Terminate at the end of the call.
+  void printReport(bool prompt);
+  // Opens the preview of the pages, running the layout first when it has
+  // no pages yet, titled by the caption and placed by windowPlace, through
+  // the modal presenter (preview/Presenters.h), and returns when it is
+  // closed, with windowPlace then the window's last. Only a modal preview
+  // is offered: modal False raises 5, as does a second preview while one
+  // is open. Its print button prints through printReport. A run made here
+  // raises its ActiveReport_Terminate after the window has closed.
+  void show(bool modal);
+  // Closes the preview when one is open; nothing otherwise.
+  void close();
+  // The open preview; nullptr when none is open.
+  PreviewWindow *preview() const;
+  WindowPlace windowPlace;
+
 protected:
   const MemberTable &memberTable() const override;
 
 private:
-  LayoutReport() = default;
+  // The pages of a printing or a preview and the run whose scripts answer
+  // its events.
+  struct Output;
+
+  LayoutReport();
+  // The run that made the current pages, with its scripts, so that events
+  // after it reach the scripts as they were left.
+  std::unique_ptr<ReportRun> runOntoNewPages(bool terminateAtEnd = true);
+  std::unique_ptr<Output> startOutput();
+  // Raises the run's ActiveReport_Terminate when the output holds it back;
+  // after a failure an error of the handlers is dropped.
+  void endOutput(Output &output, bool afterFailure);
+  void printPages(Output &output);
+  void presentPreview();
+  static const MemberTable &layoutMemberTable();
 
   std::shared_ptr<engine::Sections> sections_;
   std::shared_ptr<UnboundFields> fields_ = std::make_shared<UnboundFields>();
@@ -144,6 +171,8 @@ private:
   std::weak_ptr<Object> eventSink_;
   std::shared_ptr<PageDocument> pages_;
   QStringList runErrors_;
+  std::unique_ptr<Output> output_; // while the preview is open
+  QPointer<PreviewWindow> preview_;
 };
 
 } // namespace kordel::engine

@@ -2,11 +2,16 @@
 
 #include "core/Error.h"
 
+#include <cmath>
+
 namespace kordel::engine {
 
 namespace {
 
 constexpr const char *kMediaSource = "media-source";
+
+// Paper sizes come in hundredths of millimetres.
+int hundredthsOfMmToTwips(int value) { return int(std::lround(value * 1440.0 / 2540.0)); }
 
 } // namespace
 
@@ -62,6 +67,51 @@ QString CupsDestination::mediaSourceName(const QString &keyword) const {
   const QByteArray value = keyword.toUtf8();
   const char *name = cupsLocalizeDestValue(CUPS_HTTP_DEFAULT, dest_, info_, kMediaSource, value.constData());
   return name && *name ? QString::fromUtf8(name) : keyword;
+}
+
+std::vector<std::pair<int, QString>> CupsDestination::paperBins() const {
+  std::vector<std::pair<int, QString>> bins;
+  for (const QString &keyword : mediaSources())
+    bins.emplace_back(int(bins.size()) + 1, mediaSourceName(keyword));
+  return bins;
+}
+
+QString CupsDestination::deviceUri() const {
+  return QString::fromUtf8(cupsGetOption("device-uri", dest_->num_options, dest_->options));
+}
+
+std::optional<QSize> CupsDestination::defaultPaper() const {
+  // The queue's saved choice of paper, else the printer's default by name,
+  // else by size. Names give sizes exactly; a size from the printer comes
+  // rounded through its driver's points and is taken as the standard paper
+  // it is nearest to.
+  QByteArray name = cupsGetOption("media", dest_->num_options, dest_->options);
+  if (name.isEmpty() && info()) {
+    if (ipp_attribute_t *media = cupsFindDestDefault(CUPS_HTTP_DEFAULT, dest_, info_, "media"))
+      name = ippGetString(media, 0, nullptr);
+  }
+  pwg_media_t *paper = nullptr;
+  if (!name.isEmpty()) {
+    paper = pwgMediaForPWG(name.constData());
+    if (!paper)
+      paper = pwgMediaForLegacy(name.constData());
+  }
+  if (!paper && info()) {
+    ipp_attribute_t *media = cupsFindDestDefault(CUPS_HTTP_DEFAULT, dest_, info_, "media-col");
+    ipp_attribute_t *size =
+        media ? ippFindAttribute(ippGetCollection(media, 0), "media-size", IPP_TAG_BEGIN_COLLECTION) : nullptr;
+    if (size) {
+      ipp_t *dimensions = ippGetCollection(size, 0);
+      const int width = ippGetInteger(ippFindAttribute(dimensions, "x-dimension", IPP_TAG_INTEGER), 0);
+      const int length = ippGetInteger(ippFindAttribute(dimensions, "y-dimension", IPP_TAG_INTEGER), 0);
+      paper = pwgMediaForSize(width, length);
+      if (!paper && width > 0 && length > 0)
+        return QSize(hundredthsOfMmToTwips(width), hundredthsOfMmToTwips(length));
+    }
+  }
+  if (!paper || paper->width <= 0 || paper->length <= 0)
+    return std::nullopt;
+  return QSize(hundredthsOfMmToTwips(paper->width), hundredthsOfMmToTwips(paper->length));
 }
 
 } // namespace kordel::engine

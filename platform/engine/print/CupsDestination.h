@@ -1,7 +1,12 @@
 #pragma once
 
+#include <QSize>
 #include <QString>
 #include <QStringList>
+
+#include <optional>
+#include <utility>
+#include <vector>
 
 #include <cups/cups.h>
 
@@ -32,6 +37,14 @@ public:
   // the print system has no translation for it (as when the printer's
   // strings cannot be fetched).
   QString mediaSourceName(const QString &keyword) const;
+  // The paper bins as printerPaperBins gives them.
+  std::vector<std::pair<int, QString>> paperBins() const;
+  // Where the queue sends its jobs ("ipp://…", "file:///dev/null"); empty
+  // when the print system does not say.
+  QString deviceUri() const;
+  // The size of the queue's default paper in twips, width before height;
+  // nothing when the print system does not say.
+  std::optional<QSize> defaultPaper() const;
 
 private:
   cups_dinfo_t *info() const;

@@ -1,13 +1,17 @@
 #include "engine/print/PagePrinter.h"
 
 #include "engine/export/PdfExporter.h"
+#include "engine/print/BuiltInPdfPrinter.h"
 #include "engine/print/CupsDestination.h"
+#include "engine/print/SystemPrinters.h"
 
 #include "core/Error.h"
 #include "engine/export/ExportFile.h"
 
 #include <QDir>
 #include <QTemporaryFile>
+
+#include <atomic>
 
 namespace kordel::engine {
 
@@ -61,6 +65,18 @@ private:
 
 } // namespace
 
+int PagePrinter::printToPdfFile(const PageDocument &document, int firstPage, int lastPage,
+                                const QString &jobName) const {
+  if (settings_.paperBin != 0)
+    raiseError(ErrorNumber::SubscriptOutOfRange, kSource,
+               QStringLiteral("The printer \"%1\" has no paper bin %2; it has none")
+                   .arg(builtInPdfPrinterName())
+                   .arg(settings_.paperBin));
+  printToBuiltInPdfPrinter(document, firstPage, lastPage, jobName);
+  static std::atomic<int> jobs{0};
+  return ++jobs;
+}
+
 int PagePrinter::printDocument(const PageDocument &document) const {
   return printPages(document, 0, document.pageCount() - 1);
 }
@@ -70,10 +86,12 @@ int PagePrinter::printPages(const PageDocument &document, int firstPage, int las
   if (settings_.copies < 1)
     raiseError(ErrorNumber::InvalidCall, kSource,
                QStringLiteral("%1 copies cannot be printed; at least one is needed").arg(settings_.copies));
-  const CupsDestination destination(settings_.queue, kSource);
-  const QString queue = settings_.queue.isEmpty() ? destination.name() : settings_.queue;
-  const QByteArray mediaSource = mediaSourceFor(destination, queue, settings_.paperBin);
+  const QString queue = settings_.queue.isEmpty() ? defaultPrinterName() : settings_.queue;
   const QString jobName = settings_.jobName.isEmpty() ? QStringLiteral("Report") : settings_.jobName;
+  if (isBuiltInPdfPrinter(queue))
+    return printToPdfFile(document, firstPage, lastPage, jobName);
+  const CupsDestination destination(queue, kSource);
+  const QByteArray mediaSource = mediaSourceFor(destination, queue, settings_.paperBin);
 
   // The print system reads the file while the job is submitted, so it can
   // go as soon as that is done.

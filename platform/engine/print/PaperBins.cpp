@@ -5,11 +5,7 @@
 namespace kordel::engine {
 
 std::vector<std::pair<int, QString>> printerPaperBins(const QString &queue) {
-  const CupsDestination destination(queue, QStringLiteral("PaperBins"));
-  std::vector<std::pair<int, QString>> bins;
-  for (const QString &keyword : destination.mediaSources())
-    bins.emplace_back(int(bins.size()) + 1, destination.mediaSourceName(keyword));
-  return bins;
+  return CupsDestination(queue, QStringLiteral("PaperBins")).paperBins();
 }
 
 } // namespace kordel::engine

@@ -10,6 +10,9 @@ Twips Band::height() const {
 }
 
 void drawPiece(const BandPiece &piece, Page &target, Twips dx, Twips dy) {
+  if (piece.background)
+    target.addRect(
+        RectItem{Box{dx, dy, piece.content.width(), piece.content.height()}, piece.background, std::nullopt, 0});
   for (const PageItem &item : piece.content.items()) {
     std::visit(
         [&](const auto &value) {

@@ -9,6 +9,8 @@
 
 namespace kordel::engine {
 
+class Section;
+
 // A counter whose text is known only when its band is placed: the page
 // number, or the page count, which only the end of the run knows.
 struct PageCounter {
@@ -26,6 +28,12 @@ struct PageCounter {
 struct BandPiece {
   Page content;
   std::vector<PageCounter> counters;
+  // The section's background, drawn under the content when the piece is
+  // placed, so that BeforePrint can still change it; nothing when the
+  // section is transparent.
+  std::optional<QRgb> background;
+  // The section the piece belongs to; nullptr for pieces of a sub report.
+  const Section *owner = nullptr;
   Twips height() const { return content.height(); }
 };
 

@@ -57,7 +57,7 @@ void Paginator::placePiece(const BandPiece &piece) {
   y_ += piece.height();
 }
 
-void Paginator::place(const Band &band) {
+void Paginator::makeRoomFor(const Band &band) {
   const bool before = band.newPage == NewPage::Before || band.newPage == NewPage::BeforeAfter;
   if (open_ && (breakPending_ || (before && hasBody_)))
     closePage();
@@ -71,6 +71,11 @@ void Paginator::place(const Band &band) {
     openPage();
     placePageHeader();
   }
+}
+
+void Paginator::place(const Band &band) {
+  makeRoomFor(band);
+  const bool unbreakable = band.keepTogether || band.pieces.size() == 1;
   for (const BandPiece &piece : band.pieces) {
     if (piece.height() > room() && hasBody_ && !unbreakable) {
       closePage();

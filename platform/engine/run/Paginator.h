@@ -47,6 +47,10 @@ public:
   Paginator(PageDocument &document, Paper paper, Twips footerReserve, Hooks hooks);
 
   void place(const Band &band);
+  // Closes and opens pages as placing the band will: called before the
+  // band's BeforePrint, so that a band that opens a page is printed after
+  // its PageStart. Placing the band afterwards breaks no page again.
+  void makeRoomFor(const Band &band);
   // Closes the last page (making one when nothing was placed at all),
   // fills in the page counts and hands the pages to the document.
   void finish();

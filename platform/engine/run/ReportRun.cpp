@@ -154,6 +154,11 @@ void ReportRun::raise(const QString &event, Args &args) {
   }
 }
 
+void ReportRun::raiseEvent(const QString &event, Args &args) {
+  prepare();
+  raise(event, args);
+}
+
 void ReportRun::raise(const QString &event) {
   Args none;
   raise(event, none);
@@ -279,22 +284,30 @@ void ReportRun::resetSummaries(const QString &groupName) {
 
 // ---- Sections ----
 
-std::optional<Band> ReportRun::format(Section &section) {
+std::optional<Band> ReportRun::format(Section &section, bool opensItsPage) {
   sectionEvent(section, QStringLiteral("Format"));
   if (!section.visible)
     return std::nullopt;
   Band band = renderer_->render(section);
+  band.abovePageHeader = section.type() == SectionType::ReportHeader;
+  if (opensItsPage && paginator_ && !collected_)
+    paginator_->makeRoomFor(band);
   sectionEvent(section, QStringLiteral("BeforePrint"));
+  // The background shows as BeforePrint left it: stripes are set there.
+  const std::optional<QRgb> background =
+      section.backStyle == 1 ? std::optional<QRgb>(section.backColor.rgba()) : std::nullopt;
+  for (BandPiece &piece : band.pieces)
+    if (piece.owner == &section)
+      piece.background = background;
   return band;
 }
 
 void ReportRun::printSection(Section *section) {
   if (!section)
     return;
-  auto band = format(*section);
+  auto band = format(*section, true);
   if (!band)
     return;
-  band->abovePageHeader = section->type() == SectionType::ReportHeader;
   if (collected_)
     collected_->push_back(*band);
   else
@@ -333,8 +346,15 @@ void ReportRun::flow(bool paginated) {
   }
 
   raise(QStringLiteral("ActiveReport_Initialize"));
-  raise(QStringLiteral("ActiveReport_ReportStart"));
-  raise(QStringLiteral("ActiveReport_DataInitialize"));
+  if (paginated) {
+    raise(QStringLiteral("ActiveReport_ReportStart"));
+    raise(QStringLiteral("ActiveReport_DataInitialize"));
+  } else {
+    // A sub report learns its rows in DataInitialize, so that its
+    // ReportStart can already tell whether it has any.
+    raise(QStringLiteral("ActiveReport_DataInitialize"));
+    raise(QStringLiteral("ActiveReport_ReportStart"));
+  }
   for (auto &[field, summary] : summaries_)
     summary = Summary{};
 
@@ -342,9 +362,11 @@ void ReportRun::flow(bool paginated) {
     const LayoutPrinter &printer = *report_.printer();
     const engine::PageSettings &settings = *report_.pageSettings();
     Paginator::Paper paper;
-    const bool landscape = printer.orientation == 2 || settings.orientation == 2;
-    const float width = printer.paperWidth > 0 ? printer.paperWidth : settings.paperWidth;
-    const float height = printer.paperHeight > 0 ? printer.paperHeight : settings.paperHeight;
+    // The chosen printer's paper, else the layout's own, so that a layout
+    // runs the same on every machine until a printer is chosen for it.
+    const bool landscape = printer.orientation() == LayoutPrinter::kLandscape || settings.orientation == 2;
+    const float width = printer.hasChosenPaper() ? printer.paperWidth() : settings.paperWidth;
+    const float height = printer.hasChosenPaper() ? printer.paperHeight() : settings.paperHeight;
     paper.width = Twips(std::lround(landscape ? std::max(width, height) : std::min(width, height)));
     paper.height = Twips(std::lround(landscape ? std::min(width, height) : std::max(width, height)));
     paper.left = Twips(std::lround(settings.leftMargin));
@@ -407,11 +429,15 @@ void ReportRun::flow(bool paginated) {
     paginator_.reset();
   }
   raise(QStringLiteral("ActiveReport_ReportEnd"));
-  raise(QStringLiteral("ActiveReport_Terminate"));
+  if (terminateAtEnd_)
+    raise(QStringLiteral("ActiveReport_Terminate"));
   currentRow_ = nullptr;
 }
 
-void ReportRun::run() { flow(true); }
+void ReportRun::run(bool terminateAtEnd) {
+  terminateAtEnd_ = terminateAtEnd;
+  flow(true);
+}
 
 std::vector<Band> ReportRun::runEmbedded() {
   std::vector<Band> bands;

@@ -37,7 +37,8 @@ class UnboundField;
 // starts a new group. Per row: the group headers whose key changed (or all
 // at the first row), the detail, then the group footers, innermost first,
 // whose key changes at the next row (or all at the last). Then the report
-// footer, ReportEnd and Terminate. Each showing of a section raises
+// footer, ReportEnd and Terminate (which a run for printing or a preview
+// leaves to the end of those). Each showing of a section raises
 // <Section>_Format, is formatted into a band unless it is hidden, raises
 // <Section>_BeforePrint, is placed, and raises <Section>_AfterPrint; a
 // section's own script answers the same as OnFormat, OnBeforePrint and
@@ -51,10 +52,17 @@ public:
   ReportRun(LayoutReport &report, PageDocument &document);
   ~ReportRun();
 
-  // The whole run onto pages of the document.
-  void run();
+  // The whole run onto pages of the document. Without terminateAtEnd the
+  // run stops short of ActiveReport_Terminate, for a caller that goes on
+  // with the pages (printing them, a preview) and raises it with
+  // raiseEvent when it is done.
+  void run(bool terminateAtEnd = true);
   // A sub report's run: its bands in order, without page header and footer.
   std::vector<Band> runEmbedded();
+  // Raises an event of what follows the run, such as the printing of its
+  // pages, to the sink and the report's script, as the run raises its own.
+  // A run that has not run compiles the scripts first.
+  void raiseEvent(const QString &event, Args &args);
 
 private:
   struct Row {
@@ -84,7 +92,10 @@ private:
   void resetSummaries(const QString &groupName);
   std::vector<Band> subReportBands(SubReport &control, Twips width);
   // Formats a showing of a section; nothing when it is hidden.
-  std::optional<Band> format(Section &section);
+  // Formats a section into a band. A band placed in the body opens its
+  // page, if it has to, before its BeforePrint; page headers and footers
+  // are formatted by the paginator itself.
+  std::optional<Band> format(Section &section, bool opensItsPage = false);
   void printSection(Section *section);
   void recordError(const QString &where);
   void flow(bool paginated);
@@ -104,6 +115,7 @@ private:
   QHash<QString, std::shared_ptr<UnboundField>> boundFields_;
   const Row *currentRow_ = nullptr;
   bool prepared_ = false;
+  bool terminateAtEnd_ = true;
 };
 
 } // namespace kordel::engine

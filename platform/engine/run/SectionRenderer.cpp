@@ -168,8 +168,9 @@ BandPiece SectionRenderer::renderPiece(const Section &section, const std::vector
   BandPiece piece;
   piece.content =
       Page(std::max<Twips>(1, round(section.report() ? section.report()->printWidth : 0)), std::max<Twips>(0, height));
+  piece.owner = &section;
   if (section.backStyle == 1)
-    piece.content.addRect(RectItem{Box{0, 0, piece.content.width(), height}, rgb(section.backColor), std::nullopt, 0});
+    piece.background = rgb(section.backColor);
   for (const Laid &item : laid) {
     const Twips y = round(placedTop(*item.control) + item.shift);
     if (item.control->kind() == ControlKind::Field && hooks_.pageCounter) {

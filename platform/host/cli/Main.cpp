@@ -1,8 +1,9 @@
 // orvex: the host's command line. Each sub command is one function in the
-// table below; later sub commands print, preview, export and design reports.
+// table below; a later one designs reports.
 
 #include "cli/DataCommands.h"
 #include "cli/ReportCommands.h"
+#include "cli/RunCommands.h"
 #include "cli/ScriptCommand.h"
 
 #include "host/AddinHost.h"
@@ -65,6 +66,15 @@ const std::map<QString, std::pair<Command, const char *>> &commands() {
       {QStringLiteral("report-import"),
        {host::cli::reportImport, "store a document file as a report: FILE [--name NAME] [--db DATABASE]"}},
       {QStringLiteral("script"), {host::cli::script, "run an automation script: [--db DATABASE] FILE"}},
+      {QStringLiteral("export"),
+       {host::cli::exportReport, "run a report into a PDF, XLS, HTML, RTF, TXT or TIFF file: --report NAME --out "
+                                 "FILE RANGE [--subfilter PAGE=FILTER]... [--lang LANG] [--db DATABASE]"}},
+      {QStringLiteral("print"),
+       {host::cli::printReport, "run a report and print it: --report NAME RANGE [--printer NAME] [--copies N] "
+                                "[--subfilter PAGE=FILTER]... [--lang LANG] [--db DATABASE]"}},
+      {QStringLiteral("preview"),
+       {host::cli::previewReport, "run a report and show it in the preview window: --report NAME RANGE "
+                                  "[--subfilter PAGE=FILTER]... [--lang LANG] [--db DATABASE]"}},
   };
   return table;
 }
@@ -73,6 +83,8 @@ int usage() {
   std::fprintf(stderr, "usage: orvex COMMAND [ARGUMENTS]\n\ncommands:\n");
   for (const auto &[name, entry] : commands())
     std::fprintf(stderr, "  %-14s %s\n", name.toUtf8().constData(), entry.second);
+  std::fprintf(stderr, "\nRANGE is one of --filter NAME (a saved filter), --ids 1,2,3, --all, or\n"
+                       "--explorer CLASS [--select 1,2] (a list window and its selection, else all it lists).\n");
   return 2;
 }
 

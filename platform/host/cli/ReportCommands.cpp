@@ -1,7 +1,9 @@
 #include "cli/ReportCommands.h"
 
 #include "cli/DataCommands.h"
+#include "cli/DemoLayouts.h"
 #include "cli/Options.h"
+#include "cli/PageLayouts.h"
 
 #include "host/AddinHost.h"
 #include "host/HostApplication.h"
@@ -11,7 +13,6 @@
 #include "hostapi/Addin.h"
 #include "hostapi/Classes.h"
 
-#include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
 
@@ -122,11 +123,16 @@ QStringList addDemoReports(HostApplication &app) {
   if (!scratch.isValid())
     raiseError(ErrorNumber::PathNotFound, kSource, QStringLiteral("No temporary folder for the demo reports"));
   QStringList names;
-  const QDir resources(QStringLiteral(":/demo-reports"));
-  for (const QString &file : resources.entryList({QStringLiteral("*.xml")}, QDir::Files, QDir::Name)) {
-    const QString path = scratch.filePath(file);
-    if (!QFile::copy(resources.filePath(file), path))
+  for (const DemoReport &report : demoReports()) {
+    QFile source(QStringLiteral(":/demo-reports/") + report.document);
+    if (!source.open(QIODevice::ReadOnly))
+      raiseError(ErrorNumber::FileNotFound, kSource, QStringLiteral("The program lacks %1").arg(source.fileName()));
+    const QString path = scratch.filePath(report.document);
+    const QByteArray bytes = withPageLayouts(source.readAll(), report.layouts);
+    QFile document(path);
+    if (!document.open(QIODevice::WriteOnly) || document.write(bytes) != bytes.size())
       raiseError(ErrorNumber::PermissionDenied, kSource, QStringLiteral("Cannot write %1").arg(path));
+    document.close();
     names << catalog->importDocument(path, QString()).name;
   }
   return names;

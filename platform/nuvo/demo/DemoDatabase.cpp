@@ -46,7 +46,8 @@ constexpr double kStageProbability[] = {0.0, 0.1, 0.25, 0.5, 0.75, 1.0, 0.0};
 class DemoGenerator {
 public:
   DemoGenerator(SqlConnection &sql, const Catalog &catalog, const DemoOptions &options)
-      : sql_(sql), catalog_(catalog), random_(options.seed), companies_(options.companies) {}
+      : sql_(sql), catalog_(catalog), random_(options.seed), companies_(options.companies),
+        personsPerCompany_(options.personsPerCompany) {}
 
   DemoCounts run() {
     writeUsersAndPolicies();
@@ -179,7 +180,7 @@ private:
 
       std::vector<int> companyPersons;
       std::vector<QString> firstNames;
-      const int personCount = random_.between(1, 5);
+      const int personCount = random_.between(1, 2 * personsPerCompany_ - 1);
       for (int p = 0; p < personCount; ++p) {
         const bool female = random_.chance(0.5);
         const QString first = random_.pick(female ? words.femaleNames : words.maleNames);
@@ -261,6 +262,7 @@ private:
   const Catalog &catalog_;
   DemoRandom random_;
   int companies_;
+  int personsPerCompany_;
   DemoCounts counts_;
 };
 
@@ -274,6 +276,8 @@ void removeSqliteFiles(const QString &file) {
 DemoCounts createDemoDatabase(const DatabaseAddress &address, const DemoOptions &options) {
   if (options.companies < 1)
     raiseError(ErrorNumber::InvalidCall, kSource, QStringLiteral("A demo database needs at least one company"));
+  if (options.personsPerCompany < 1)
+    raiseError(ErrorNumber::InvalidCall, kSource, QStringLiteral("A demo company has at least one person"));
   const bool sqlite = address.dialect == Dialect::SQLite;
   if (sqlite && QFileInfo::exists(address.file))
     raiseError(ErrorNumber::FileAlreadyExists, kSource, QStringLiteral("%1 exists already").arg(address.file));

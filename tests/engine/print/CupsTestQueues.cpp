@@ -4,6 +4,8 @@
 #include "support/TempDir.h"
 
 #include <QDeadlineTimer>
+#include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QProcess>
 #include <QStandardPaths>
@@ -12,6 +14,7 @@
 #include <cups/cups.h>
 
 #include <pwd.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace kordel::test {
@@ -28,6 +31,112 @@ ScopedCupsServer::~ScopedCupsServer() {
   else
     qunsetenv("CUPS_SERVER");
   cupsSetServer(nullptr);
+}
+
+ScopedTempFolder::ScopedTempFolder(const QString &folder)
+    : had_(qEnvironmentVariableIsSet("TMPDIR")), old_(qgetenv("TMPDIR")) {
+  qputenv("TMPDIR", folder.toUtf8());
+}
+
+ScopedTempFolder::~ScopedTempFolder() {
+  if (had_)
+    qputenv("TMPDIR", old_);
+  else
+    qunsetenv("TMPDIR");
+}
+
+ScopedHome::ScopedHome(const QString &home, const QString &documentsName)
+    : oldHome_(qgetenv("HOME")), hadConfigHome_(qEnvironmentVariableIsSet("XDG_CONFIG_HOME")),
+      oldConfigHome_(qgetenv("XDG_CONFIG_HOME")), documents_(home + u'/' + documentsName) {
+  const QString config = home + QStringLiteral("/.config");
+  QDir().mkpath(config);
+  writeFile(config + QStringLiteral("/user-dirs.dirs"), "XDG_DOCUMENTS_DIR=\"$HOME/" + documentsName.toUtf8() + "\"\n");
+  qputenv("HOME", home.toUtf8());
+  qputenv("XDG_CONFIG_HOME", config.toUtf8());
+}
+
+ScopedHome::~ScopedHome() {
+  qputenv("HOME", oldHome_);
+  if (hadConfigHome_)
+    qputenv("XDG_CONFIG_HOME", oldConfigHome_);
+  else
+    qunsetenv("XDG_CONFIG_HOME");
+}
+
+TestPrintServer::TestPrintServer(const TempDir &dir) : folder_(dir.path()) {
+  // The scheduler runs filters under a user of its own, which must reach
+  // the spool and temporary folders.
+  ::chmod(QFile::encodeName(folder_).constData(), 0755);
+  QDir().mkpath(dir.file(QStringLiteral("tmp")));
+  ::chmod(QFile::encodeName(dir.file(QStringLiteral("tmp"))).constData(), 01777);
+  cupsd_ = std::make_unique<PrivateCupsd>(folder_);
+  if (!cupsd_->running())
+    return;
+  server_ = std::make_unique<ScopedCupsServer>(cupsd_->socket());
+  QDir().mkpath(dir.file(QStringLiteral("client-tmp")));
+  tempFolder_ = std::make_unique<ScopedTempFolder>(dir.file(QStringLiteral("client-tmp")));
+}
+
+TestPrintServer::~TestPrintServer() {
+  tempFolder_.reset();
+  server_.reset();
+  cupsd_.reset();
+}
+
+bool TestPrintServer::running() const { return cupsd_->running(); }
+
+QString TestPrintServer::failure() const { return cupsd_->failure(); }
+
+QStringList TestPrintServer::clientTemporaryFiles() const {
+  return QDir(folder_ + QStringLiteral("/client-tmp")).entryList(QDir::Files | QDir::Hidden);
+}
+
+QByteArray TestPrintServer::errorLog() const {
+  return readFile(folder_ + QStringLiteral("/log/error_log")).right(2000);
+}
+
+QString TestPrintServer::addPdfPrinterQueue(const QString &name) {
+  if (pdfPrinterBackend().isEmpty() || pdfPrinterPpd().isEmpty())
+    return QStringLiteral("the PDF printer is not installed");
+  if (geteuid() != 0)
+    return QStringLiteral("the PDF printer's backend runs only under a scheduler started as root");
+  QString error;
+  // The default renderer makes text that pdftotext cannot read back.
+  if (!addQueue(*cupsd_, name, QStringLiteral("cups-pdf:/"), pdfPrinterPpd(),
+                {QStringLiteral("-o"), QStringLiteral("pdftops-renderer-default=pdftocairo")}, error))
+    return QStringLiteral("the PDF printer queue cannot be set up: ") + error;
+  return {};
+}
+
+QString TestPrintServer::addQueueWithBins(const QString &name, const QString &defaultPaper) {
+  const QString ppd = pdfPrinterPpd();
+  if (ppd.isEmpty())
+    return QStringLiteral("the PDF printer's driver description is not installed");
+  QByteArray description = readFile(ppd);
+  description += "*OpenUI *InputSlot/Paper Source: PickOne\n"
+                 "*OrderDependency: 20 AnySetup *InputSlot\n"
+                 "*DefaultInputSlot: Upper\n"
+                 "*InputSlot Upper/Upper Tray: \"\"\n"
+                 "*InputSlot Lower/Lower Tray: \"\"\n"
+                 "*InputSlot Manual/Manual Feed: \"\"\n"
+                 "*CloseUI: *InputSlot\n";
+  const QString withBins = folder_ + QStringLiteral("/") + name + QStringLiteral(".ppd");
+  if (!writeFile(withBins, description))
+    return QStringLiteral("cannot write ") + withBins;
+  QString error;
+  // The scheduler gives a new queue the system's paper; the option makes
+  // it the one asked for.
+  if (!addQueue(*cupsd_, name, QStringLiteral("file:///dev/null"), withBins,
+                {QStringLiteral("-o"), QStringLiteral("PageSize=") + defaultPaper}, error))
+    return error;
+  return {};
+}
+
+QStringList newPdfFiles(const QString &folder, const QStringList &before) {
+  QStringList added = QDir(folder).entryList({QStringLiteral("*.pdf")}, QDir::Files);
+  for (const QString &old : before)
+    added.removeAll(old);
+  return added;
 }
 
 bool addQueue(const PrivateCupsd &cupsd, const QString &name, const QString &device, const QString &ppd,

@@ -20,9 +20,6 @@
 
 #include <cups/cups.h>
 
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <memory>
 
 using namespace kordel;
@@ -33,25 +30,6 @@ namespace {
 
 constexpr Twips kA4Short = 11906;
 constexpr Twips kA4Long = 16838;
-
-// Restores the temporary folder of the process when it ends.
-class ScopedTempFolder {
-public:
-  explicit ScopedTempFolder(const QString &folder)
-      : had_(qEnvironmentVariableIsSet("TMPDIR")), old_(qgetenv("TMPDIR")) {
-    qputenv("TMPDIR", folder.toUtf8());
-  }
-  ~ScopedTempFolder() {
-    if (had_)
-      qputenv("TMPDIR", old_);
-    else
-      qunsetenv("TMPDIR");
-  }
-
-private:
-  bool had_;
-  QByteArray old_;
-};
 
 PageDocument twoPages() {
   PageDocument document;
@@ -68,67 +46,24 @@ PageDocument twoPages() {
 class PagePrinting : public ::testing::Test {
 protected:
   void SetUp() override {
-    // The scheduler runs filters under a user of its own, which must reach
-    // the spool and temporary folders.
-    ::chmod(QFile::encodeName(dir_.path()).constData(), 0755);
-    QDir().mkpath(dir_.file(QStringLiteral("tmp")));
-    ::chmod(QFile::encodeName(dir_.file(QStringLiteral("tmp"))).constData(), 01777);
-    cupsd_ = std::make_unique<test::PrivateCupsd>(dir_.path());
-    if (!cupsd_->running())
-      GTEST_SKIP() << "no print server for the test: " << cupsd_->failure().toStdString();
-    server_ = std::make_unique<test::ScopedCupsServer>(cupsd_->socket());
-    QDir().mkpath(dir_.file(QStringLiteral("client-tmp")));
-    tempFolder_ = std::make_unique<ScopedTempFolder>(dir_.file(QStringLiteral("client-tmp")));
+    server_ = std::make_unique<test::TestPrintServer>(dir_);
+    if (!server_->running())
+      GTEST_SKIP() << "no print server for the test: " << server_->failure().toStdString();
   }
 
-  void TearDown() override {
-    tempFolder_.reset();
-    server_.reset();
-    cupsd_.reset();
-  }
+  void TearDown() override { server_.reset(); }
 
-  // A queue that throws its output away, with paper bins in its driver.
-  void addQueueWithBins(const QString &name) {
-    const QString ppd = test::pdfPrinterPpd();
-    if (ppd.isEmpty())
-      GTEST_SKIP() << "the PDF printer's driver description is not installed";
-    QByteArray description = test::readFile(ppd);
-    description += "*OpenUI *InputSlot/Paper Source: PickOne\n"
-                   "*OrderDependency: 20 AnySetup *InputSlot\n"
-                   "*DefaultInputSlot: Upper\n"
-                   "*InputSlot Upper/Upper Tray: \"\"\n"
-                   "*InputSlot Lower/Lower Tray: \"\"\n"
-                   "*InputSlot Manual/Manual Feed: \"\"\n"
-                   "*CloseUI: *InputSlot\n";
-    const QString withBins = dir_.file(QStringLiteral("bins.ppd"));
-    ASSERT_TRUE(test::writeFile(withBins, description));
-    QString error;
-    ASSERT_TRUE(test::addQueue(*cupsd_, name, QStringLiteral("file:///dev/null"), withBins, {}, error))
-        << error.toStdString();
-  }
-
-  QStringList clientTemporaryFiles() const {
-    return QDir(dir_.file(QStringLiteral("client-tmp"))).entryList(QDir::Files | QDir::Hidden);
-  }
+  QStringList clientTemporaryFiles() const { return server_->clientTemporaryFiles(); }
 
   TempDir dir_;
-  std::unique_ptr<test::PrivateCupsd> cupsd_;
-  std::unique_ptr<test::ScopedCupsServer> server_;
-  std::unique_ptr<ScopedTempFolder> tempFolder_;
+  std::unique_ptr<test::TestPrintServer> server_;
 };
 
 TEST_F(PagePrinting, PrintsTheTextOfAllPagesToAPdfPrinter) {
   if (!test::pdfToolsAvailable())
     GTEST_SKIP() << "pdftotext, pdfinfo and pdffonts are needed";
-  if (test::pdfPrinterBackend().isEmpty() || test::pdfPrinterPpd().isEmpty())
-    GTEST_SKIP() << "the PDF printer is not installed";
-  if (geteuid() != 0)
-    GTEST_SKIP() << "the PDF printer's backend runs only under a scheduler started as root";
-  QString error;
-  // The default renderer makes text that pdftotext cannot read back.
-  if (!test::addQueue(*cupsd_, QStringLiteral("kordel_pdf"), QStringLiteral("cups-pdf:/"), test::pdfPrinterPpd(),
-                      {QStringLiteral("-o"), QStringLiteral("pdftops-renderer-default=pdftocairo")}, error))
-    GTEST_SKIP() << "the PDF printer queue cannot be set up: " << error.toStdString();
+  if (const QString why = server_->addPdfPrinterQueue(QStringLiteral("kordel_pdf")); !why.isEmpty())
+    GTEST_SKIP() << why.toStdString();
 
   const QDir output(test::pdfPrinterOutputFolder());
   const QStringList before = output.entryList({QStringLiteral("*.pdf")}, QDir::Files);
@@ -143,15 +78,12 @@ TEST_F(PagePrinting, PrintsTheTextOfAllPagesToAPdfPrinter) {
 
   const test::JobAttributes attributes = test::waitForJobEnd(job);
   ASSERT_EQ(attributes.state, IPP_JSTATE_COMPLETED)
-      << attributes.stateMessage.toStdString()
-      << test::readFile(dir_.file(QStringLiteral("log/error_log"))).right(2000).toStdString();
+      << attributes.stateMessage.toStdString() << server_->errorLog().toStdString();
   EXPECT_EQ(attributes.name, settings.jobName);
   EXPECT_EQ(attributes.copies, 2);
   EXPECT_EQ(attributes.orientation, 3);
 
-  QStringList written = output.entryList({QStringLiteral("*.pdf")}, QDir::Files);
-  for (const QString &old : before)
-    written.removeAll(old);
+  const QStringList written = test::newPdfFiles(output.path(), before);
   ASSERT_EQ(written.size(), 1) << written.join(u',').toStdString();
   const QString pdf = output.filePath(written.front());
   const QStringList pages = test::pdfPageTexts(pdf);
@@ -166,7 +98,8 @@ TEST_F(PagePrinting, PrintsTheTextOfAllPagesToAPdfPrinter) {
 }
 
 TEST_F(PagePrinting, PaperBinsComeInTheDriversOrderAndGoWithTheJob) {
-  addQueueWithBins(QStringLiteral("kordel_bins"));
+  const QString why = server_->addQueueWithBins(QStringLiteral("kordel_bins"));
+  ASSERT_TRUE(why.isEmpty()) << why.toStdString();
   const auto bins = printerPaperBins(QStringLiteral("kordel_bins"));
   ASSERT_EQ(bins.size(), 3u);
   // The driver's names when the print system can fetch the printer's
@@ -203,7 +136,7 @@ TEST_F(PagePrinting, PaperBinsComeInTheDriversOrderAndGoWithTheJob) {
 
 TEST_F(PagePrinting, AQueueWithoutBinsHasNone) {
   QString error;
-  ASSERT_TRUE(cupsd_->addQueue(QStringLiteral("kordel_plain"), error)) << error.toStdString();
+  ASSERT_TRUE(server_->cupsd().addQueue(QStringLiteral("kordel_plain"), error)) << error.toStdString();
   EXPECT_TRUE(printerPaperBins(QStringLiteral("kordel_plain")).empty());
 }
 
@@ -221,7 +154,7 @@ TEST_F(PagePrinting, UnknownQueuesAndBadSettingsRaiseClearErrors) {
   EXPECT_TRUE(clientTemporaryFiles().isEmpty());
 
   QString error;
-  ASSERT_TRUE(cupsd_->addQueue(QStringLiteral("kordel_plain"), error)) << error.toStdString();
+  ASSERT_TRUE(server_->cupsd().addQueue(QStringLiteral("kordel_plain"), error)) << error.toStdString();
   settings.queue = QStringLiteral("kordel_plain");
   settings.copies = 0;
   EXPECT_EQ(test::errorNumber([&] { PagePrinter(settings).printDocument(twoPages()); }), ErrorNumber::InvalidCall);

@@ -1,0 +1,95 @@
+// The road from the host's print and preview calls to the run: the
+// document is loaded, the range sorted, and the user asked only when the
+// call or the context leaves something open.
+
+#include "addin/ApplicationManager.h"
+#include "addin/CustomReport.h"
+#include "common/Globals.h"
+#include "core/Error.h"
+#include "data/ContextManager.h"
+#include "document/Report.h"
+#include "hostapi/Application.h"
+#include "hostapi/Database.h"
+#include "hostapi/ReportContext.h"
+
+namespace kordel::addin {
+
+namespace {
+
+// The access bit that allows a user to change a report.
+constexpr int kMayChange = 2;
+
+} // namespace
+
+void CustomReport::IReport_PrintOut(bool showDialog, const ObjectRef &context) {
+  SetBusyCursor();
+  try {
+    PrintReport(false, showDialog, MakeHostContext(context));
+  } catch (...) {
+    ErrorMessage(QStringLiteral("CustomReport.IReport_PrintOut"));
+  }
+  ResetCursor();
+}
+
+void CustomReport::IReport_PrintPreview(const ObjectRef &context) {
+  SetBusyCursor();
+  try {
+    PrintReport(true, false, MakeHostContext(context));
+  } catch (...) {
+    ErrorMessage(QStringLiteral("CustomReport.IReport_PrintPreview"));
+  }
+  ResetCursor();
+}
+
+void CustomReport::PrintReport(bool preview, bool showDialog, const std::shared_ptr<hostapi::ReportContext> &context) {
+  try {
+    PrintLoadedReport(GetReport(), preview, showDialog, context);
+  } catch (...) {
+    ErrorMessage(QStringLiteral("CustomReport.PrintReport"));
+  }
+}
+
+void CustomReport::PrintLoadedReport(const std::shared_ptr<Report> &report, bool preview, bool showDialog,
+                                     const std::shared_ptr<hostapi::ReportContext> &context) {
+  const QString source = QStringLiteral("CustomReport.PrintLoadedReport");
+  try {
+    if (!report->IsValid()) {
+      const auto database = CurrentApplication()->database();
+      if (!database || (database->accessMask(policy_) & kMayChange) == 0)
+        raiseError(ErrorNumber::UserMessage, source, GetMessage(QStringLiteral("DynamicReport.AccessDenied")));
+      // An invalid report goes through the designer first, which this
+      // build does not have yet.
+      raiseError(ErrorNumber::UserMessage, source, GetMessage(QStringLiteral("Report.DesignerMissing")));
+    }
+
+    ContextManager contextManager;
+    contextManager.SetApplication(CurrentApplication());
+    contextManager.Initialize(reportClass_, context);
+
+    bool dialogWanted = !context || showDialog;
+    if (!dialogWanted) {
+      if (const ObjectRef printer = ResolvePrinter(context, report))
+        context->setProperty(QStringLiteral("sysprop__printerobject"), Variant(printer));
+      else
+        dialogWanted = true;
+    }
+    if (dialogWanted) {
+      // The print dialog, where the user picks range and printer, is not
+      // in this build yet.
+      raiseError(ErrorNumber::UserMessage, source, GetMessage(QStringLiteral("Report.PrintDialogMissing")));
+    }
+
+    const auto runContext = contextManager.CreateContext(0, QString());
+    int mode = 0;
+    if (preview)
+      mode = 1;
+    else if (!context->getProperty(QStringLiteral("sysprop__exportfile"), QString()).toString().isEmpty())
+      mode = 2;
+    bool result = false;
+    RunReport(mode, report, runContext, result);
+  } catch (...) {
+    ErrorMessage(source);
+  }
+}
+
+} // namespace kordel::addin

@@ -1,0 +1,210 @@
+// The report object's printing and preview: PrintReport, Show, Close and
+// the preview window's place.
+
+#include "engine/model/LayoutReport.h"
+
+#include "engine/preview/Presenters.h"
+#include "engine/preview/PreviewWindow.h"
+#include "engine/print/PagePrinter.h"
+#include "engine/render/PageDocument.h"
+#include "engine/run/ReportRun.h"
+
+#include "core/Error.h"
+
+namespace kordel::engine {
+
+// A printing or a preview: its pages and the run whose scripts answer its
+// events. When the output ran the layout itself, the run's
+// ActiveReport_Terminate waits for the output's end, so that its handlers
+// see what was printed and where the window was.
+struct LayoutReport::Output {
+  std::shared_ptr<PageDocument> pages;
+  std::unique_ptr<ReportRun> events;
+  bool terminatePending = false;
+};
+
+namespace {
+
+const QString kPrintProgress = QStringLiteral("ActiveReport_PrintProgress");
+const QString kTerminate = QStringLiteral("ActiveReport_Terminate");
+
+PrintSettings printSettingsOf(const LayoutPrinter &printer, const QString &jobName) {
+  PrintSettings settings;
+  settings.queue = printer.deviceName();
+  settings.jobName = jobName;
+  settings.copies = printer.copies();
+  // Portrait leaves the pages' own shape to decide, so that pages a layout
+  // made landscape print so.
+  if (printer.orientation() == LayoutPrinter::kLandscape)
+    settings.orientation = PrintOrientation::Landscape;
+  settings.paperBin = printer.paperBin() == LayoutPrinter::kPrintersOwnBin ? 0 : printer.paperBin();
+  return settings;
+}
+
+float twips(const Variant &value) { return value.toSingle(); }
+
+} // namespace
+
+LayoutReport::LayoutReport() = default;
+
+LayoutReport::~LayoutReport() = default;
+
+std::unique_ptr<ReportRun> LayoutReport::runOntoNewPages(bool terminateAtEnd) {
+  pages_ = std::make_shared<PageDocument>();
+  runErrors_.clear();
+  auto run = std::make_unique<ReportRun>(*this, *pages_);
+  run->run(terminateAtEnd);
+  return run;
+}
+
+std::unique_ptr<LayoutReport::Output> LayoutReport::startOutput() {
+  auto output = std::make_unique<Output>();
+  if (pages_) {
+    // Pages of an earlier Run, which has ended: a run of their own answers
+    // the events.
+    output->events = std::make_unique<ReportRun>(*this, *pages_);
+  } else {
+    output->events = runOntoNewPages(false);
+    output->terminatePending = true;
+  }
+  output->pages = pages_;
+  return output;
+}
+
+void LayoutReport::endOutput(Output &output, bool afterFailure) {
+  if (!output.terminatePending)
+    return;
+  output.terminatePending = false;
+  Args none;
+  if (!afterFailure) {
+    output.events->raiseEvent(kTerminate, none);
+    return;
+  }
+  // The failure that ended the output is the one to report.
+  try {
+    output.events->raiseEvent(kTerminate, none);
+  } catch (...) {
+  }
+}
+
+void LayoutReport::printReport(bool prompt) {
+  if (prompt)
+    raiseError(ErrorNumber::InvalidCall, QStringLiteral("ActiveReport.PrintReport"),
+               QStringLiteral("The engine offers no print dialog; choose the printer before printing and call "
+                              "PrintReport with False"));
+  // An event handler may drop the last reference the caller held.
+  const ObjectRef keepAlive = shared_from_this();
+  if (output_) {
+    printPages(*output_); // from the preview, whose end ends the output
+    return;
+  }
+  const std::unique_ptr<Output> output = startOutput();
+  try {
+    printPages(*output);
+  } catch (...) {
+    endOutput(*output, true);
+    throw;
+  }
+  endOutput(*output, false);
+}
+
+void LayoutReport::printPages(Output &output) {
+  const std::shared_ptr<PageDocument> pages = output.pages;
+  PagePrinter(printSettingsOf(*printer_, documentName.isEmpty() ? caption : documentName)).printDocument(*pages);
+  const int count = pages->pageCount();
+  for (int page = 1; page <= count; ++page) {
+    if (preview_)
+      preview_->showPrintProgress(page, count);
+    Args args{Variant(page)};
+    output.events->raiseEvent(kPrintProgress, args);
+  }
+}
+
+void LayoutReport::show(bool modal) {
+  const QString source = QStringLiteral("ActiveReport.Show");
+  if (!modal)
+    raiseError(ErrorNumber::InvalidCall, source, QStringLiteral("The preview opens only modally; call Show with True"));
+  if (output_)
+    raiseError(ErrorNumber::InvalidCall, source, QStringLiteral("The preview of this report is open already"));
+  const ObjectRef keepAlive = shared_from_this();
+  output_ = startOutput();
+  try {
+    presentPreview();
+  } catch (...) {
+    const std::unique_ptr<Output> output = std::move(output_);
+    endOutput(*output, true);
+    throw;
+  }
+  const std::unique_ptr<Output> output = std::move(output_);
+  endOutput(*output, false);
+}
+
+void LayoutReport::presentPreview() {
+  PreviewWindow window(output_->pages);
+  if (!caption.isEmpty())
+    window.setWindowTitle(caption);
+  window.setPrintHandler([this] { printReport(false); });
+  applyWindowPlace(window, windowPlace);
+  preview_ = &window;
+  presentModal(window);
+  windowPlace = windowPlaceOf(window);
+}
+
+PreviewWindow *LayoutReport::preview() const { return preview_; }
+
+void LayoutReport::close() {
+  if (preview_)
+    preview_->close();
+}
+
+// The members of printing and the preview, on top of the layout's.
+const MemberTable &LayoutReport::memberTable() const {
+  using R = LayoutReport;
+  static const MemberTable table{
+      {
+          method<R>("PrintReport",
+                    [](R &r, Args &a) {
+                      expectArgs(a, 1, 1);
+                      r.printReport(a[0].toBool());
+                      return Variant();
+                    }),
+          method<R>("Show",
+                    [](R &r, Args &a) {
+                      expectArgs(a, 1, 1);
+                      r.show(a[0].toBool());
+                      return Variant();
+                    }),
+          method<R>("Close",
+                    [](R &r, Args &a) {
+                      expectArgs(a, 0, 0);
+                      r.close();
+                      return Variant();
+                    }),
+          property<R>(
+              "WindowState", [](R &r) { return std::int16_t(r.windowPlace.state); },
+              [](R &r, const Variant &v) {
+                const int state = v.toInteger();
+                if (state < WindowPlace::kNormal || state > WindowPlace::kMaximised)
+                  raiseError(ErrorNumber::InvalidCall, QStringLiteral("ActiveReport.WindowState"),
+                             QStringLiteral("The window state is 0 (normal), 1 (minimised) or 2 (maximised), not %1")
+                                 .arg(state));
+                r.windowPlace.state = state;
+              }),
+          property<R>(
+              "Left", [](R &r) { return r.windowPlace.left; },
+              [](R &r, const Variant &v) { r.windowPlace.left = twips(v); }),
+          property<R>(
+              "Top", [](R &r) { return r.windowPlace.top; },
+              [](R &r, const Variant &v) { r.windowPlace.top = twips(v); }),
+          property<R>(
+              "Width", [](R &r) { return r.windowPlace.width; },
+              [](R &r, const Variant &v) { r.windowPlace.width = twips(v); }),
+          property<R>(
+              "Height", [](R &r) { return r.windowPlace.height; },
+              [](R &r, const Variant &v) { r.windowPlace.height = twips(v); }),
+      },
+      &layoutMemberTable()};
+  return table;
+}
+
+} // namespace kordel::engine

@@ -1,0 +1,399 @@
+#include "engine/preview/PreviewWindow.h"
+
+#include "engine/preview/PageView.h"
+#include "engine/preview/Presenters.h"
+#include "engine/preview/ThumbnailModel.h"
+#include "engine/render/PageDocument.h"
+
+#include "core/Error.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QComboBox>
+#include <QEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListView>
+#include <QScreen>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QSignalBlocker>
+#include <QSpinBox>
+#include <QSplitter>
+#include <QStyle>
+#include <QToolBar>
+#include <QVBoxLayout>
+
+#include <algorithm>
+#include <cmath>
+
+namespace kordel::engine {
+
+namespace {
+
+constexpr int kZoomSteps[] = {10, 25, 50, 75, 100, 125, 150, 200, 300, 400, 600, 800};
+// Grey room around the page, in pixels.
+constexpr int kPageMargin = 12;
+constexpr int kThumbnailWidth = 110;
+
+QAction *makeAction(QWidget &window, const QString &name, const QString &text, QStyle::StandardPixmap icon,
+                    const QList<QKeySequence> &keys) {
+  auto *action = new QAction(window.style()->standardIcon(icon), text, &window);
+  action->setObjectName(name);
+  action->setShortcuts(keys);
+  action->setShortcutContext(Qt::WindowShortcut);
+  window.addAction(action);
+  return action;
+}
+
+} // namespace
+
+PreviewWindow::PreviewWindow(std::shared_ptr<const PageDocument> document, QWidget *parent)
+    : QWidget(parent), document_(std::move(document)) {
+  setObjectName(QStringLiteral("PreviewWindow"));
+  setWindowTitle(tr("Preview"));
+
+  thumbnails_ = new ThumbnailModel(document_, kThumbnailWidth, this);
+  thumbnailList_ = new QListView;
+  thumbnailList_->setObjectName(QStringLiteral("ListThumbnails"));
+  thumbnailList_->setModel(thumbnails_);
+  thumbnailList_->setIconSize(thumbnails_->thumbnailSize());
+  thumbnailList_->setUniformItemSizes(true);
+  thumbnailList_->setSpacing(6);
+  thumbnailList_->setViewMode(QListView::ListMode);
+  thumbnailList_->setFlow(QListView::TopToBottom);
+  thumbnailList_->setSelectionMode(QAbstractItemView::SingleSelection);
+  thumbnailList_->setMinimumWidth(kThumbnailWidth + 40);
+  connect(thumbnailList_->selectionModel(), &QItemSelectionModel::currentChanged, this,
+          [this](const QModelIndex &current) {
+            if (current.isValid())
+              goToPage(current.row() + 1);
+          });
+
+  pageView_ = new PageView(document_);
+  pageView_->setObjectName(QStringLiteral("PageView"));
+  auto *pageFrame = new QWidget;
+  auto *frameLayout = new QVBoxLayout(pageFrame);
+  frameLayout->setContentsMargins(kPageMargin, kPageMargin, kPageMargin, kPageMargin);
+  frameLayout->addWidget(pageView_, 0, Qt::AlignHCenter | Qt::AlignTop);
+  scrollArea_ = new QScrollArea;
+  scrollArea_->setObjectName(QStringLiteral("ScrollPages"));
+  scrollArea_->setWidget(pageFrame);
+  scrollArea_->setWidgetResizable(true);
+  scrollArea_->setBackgroundRole(QPalette::Dark);
+  scrollArea_->viewport()->installEventFilter(this);
+
+  auto *splitter = new QSplitter(Qt::Horizontal);
+  splitter->addWidget(thumbnailList_);
+  splitter->addWidget(scrollArea_);
+  splitter->setStretchFactor(1, 1);
+
+  buildActions();
+  auto *toolBar = new QToolBar;
+  toolBar->setObjectName(QStringLiteral("ToolBar"));
+  buildToolBar(*toolBar);
+
+  status_ = new QLabel;
+  status_->setObjectName(QStringLiteral("LblStatus"));
+  status_->setContentsMargins(6, 2, 6, 2);
+
+  auto *layout = new QVBoxLayout(this);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(0);
+  layout->addWidget(toolBar);
+  layout->addWidget(splitter, 1);
+  layout->addWidget(status_);
+
+  if (const QScreen *screen = QGuiApplication::primaryScreen())
+    resize(screen->availableGeometry().size() * 3 / 4);
+  if (pageCount() == 0)
+    setStatus(tr("The report has no pages"));
+  goToPage(1);
+  applyZoom();
+}
+
+PreviewWindow::~PreviewWindow() = default;
+
+void PreviewWindow::buildActions() {
+  firstAction_ = makeAction(*this, QStringLiteral("CmdFirstPage"), tr("First page"), QStyle::SP_MediaSkipBackward,
+                            {QKeySequence(Qt::CTRL | Qt::Key_Home)});
+  previousAction_ = makeAction(*this, QStringLiteral("CmdPreviousPage"), tr("Previous page"),
+                               QStyle::SP_MediaSeekBackward, {QKeySequence(Qt::Key_PageUp)});
+  nextAction_ = makeAction(*this, QStringLiteral("CmdNextPage"), tr("Next page"), QStyle::SP_MediaSeekForward,
+                           {QKeySequence(Qt::Key_PageDown)});
+  lastAction_ = makeAction(*this, QStringLiteral("CmdLastPage"), tr("Last page"), QStyle::SP_MediaSkipForward,
+                           {QKeySequence(Qt::CTRL | Qt::Key_End)});
+  zoomOutAction_ =
+      makeAction(*this, QStringLiteral("CmdZoomOut"), tr("Zoom out"), QStyle::SP_ArrowDown, {QKeySequence::ZoomOut});
+  zoomInAction_ = makeAction(*this, QStringLiteral("CmdZoomIn"), tr("Zoom in"), QStyle::SP_ArrowUp,
+                             {QKeySequence::ZoomIn, QKeySequence(Qt::CTRL | Qt::Key_Equal)});
+  fitWidthAction_ = makeAction(*this, QStringLiteral("CmdFitWidth"), tr("Page width"), QStyle::SP_TitleBarMaxButton,
+                               {QKeySequence(Qt::CTRL | Qt::Key_2)});
+  fitPageAction_ = makeAction(*this, QStringLiteral("CmdFitPage"), tr("Whole page"), QStyle::SP_TitleBarNormalButton,
+                              {QKeySequence(Qt::CTRL | Qt::Key_1)});
+  findAction_ =
+      makeAction(*this, QStringLiteral("CmdFind"), tr("Find"), QStyle::SP_FileDialogContentsView, {QKeySequence::Find});
+  findNextAction_ = makeAction(*this, QStringLiteral("CmdFindNext"), tr("Find next"), QStyle::SP_FileDialogContentsView,
+                               {QKeySequence::FindNext});
+  printAction_ =
+      makeAction(*this, QStringLiteral("CmdPrint"), tr("Print"), QStyle::SP_DialogSaveButton, {QKeySequence::Print});
+
+  connect(firstAction_, &QAction::triggered, this, [this] { firstPage(); });
+  connect(previousAction_, &QAction::triggered, this, [this] { previousPage(); });
+  connect(nextAction_, &QAction::triggered, this, [this] { nextPage(); });
+  connect(lastAction_, &QAction::triggered, this, [this] { lastPage(); });
+  connect(zoomInAction_, &QAction::triggered, this, [this] { zoomIn(); });
+  connect(zoomOutAction_, &QAction::triggered, this, [this] { zoomOut(); });
+  connect(fitWidthAction_, &QAction::triggered, this, [this] { fitWidth(); });
+  connect(fitPageAction_, &QAction::triggered, this, [this] { fitPage(); });
+  connect(findAction_, &QAction::triggered, this, [this] {
+    findBox_->setFocus(Qt::ShortcutFocusReason);
+    findBox_->selectAll();
+  });
+  connect(findNextAction_, &QAction::triggered, this, [this] { find(findBox_->text()); });
+  connect(printAction_, &QAction::triggered, this, [this] { print(); });
+}
+
+void PreviewWindow::buildToolBar(QToolBar &toolBar) {
+  toolBar.setToolButtonStyle(Qt::ToolButtonIconOnly);
+  toolBar.addAction(firstAction_);
+  toolBar.addAction(previousAction_);
+  pageBox_ = new QSpinBox;
+  pageBox_->setObjectName(QStringLiteral("TxtPage"));
+  pageBox_->setRange(std::min(1, pageCount()), pageCount());
+  pageBox_->setKeyboardTracking(false);
+  pageBox_->setToolTip(tr("Page number"));
+  connect(pageBox_, &QSpinBox::valueChanged, this, [this](int page) { goToPage(page); });
+  toolBar.addWidget(pageBox_);
+  pageTotal_ = new QLabel(tr(" of %1 ").arg(pageCount()));
+  pageTotal_->setObjectName(QStringLiteral("LblPageCount"));
+  toolBar.addWidget(pageTotal_);
+  toolBar.addAction(nextAction_);
+  toolBar.addAction(lastAction_);
+  toolBar.addSeparator();
+
+  toolBar.addAction(zoomOutAction_);
+  zoomBox_ = new QComboBox;
+  zoomBox_->setObjectName(QStringLiteral("CboZoom"));
+  zoomBox_->setEditable(true);
+  zoomBox_->setInsertPolicy(QComboBox::NoInsert);
+  for (const int step : kZoomSteps)
+    zoomBox_->addItem(QStringLiteral("%1%").arg(step), step);
+  zoomBox_->setToolTip(tr("Zoom"));
+  connect(zoomBox_, &QComboBox::activated, this, [this](int index) { setZoom(zoomBox_->itemData(index).toInt()); });
+  connect(zoomBox_->lineEdit(), &QLineEdit::editingFinished, this, [this] { zoomEdited(); });
+  toolBar.addWidget(zoomBox_);
+  toolBar.addAction(zoomInAction_);
+  toolBar.addAction(fitWidthAction_);
+  toolBar.addAction(fitPageAction_);
+  toolBar.addSeparator();
+
+  findBox_ = new QLineEdit;
+  findBox_->setObjectName(QStringLiteral("TxtFind"));
+  findBox_->setPlaceholderText(tr("Find text"));
+  findBox_->setClearButtonEnabled(true);
+  findBox_->setMaximumWidth(220);
+  connect(findBox_, &QLineEdit::returnPressed, this, [this] { find(findBox_->text()); });
+  toolBar.addWidget(findBox_);
+  toolBar.addAction(findNextAction_);
+  toolBar.addSeparator();
+  toolBar.addAction(printAction_);
+}
+
+// ---- Pages ----
+
+int PreviewWindow::pageCount() const { return document_->pageCount(); }
+
+int PreviewWindow::currentPage() const { return pageCount() == 0 ? 0 : pageView_->pageIndex() + 1; }
+
+void PreviewWindow::goToPage(int page) {
+  if (pageCount() == 0) {
+    updateNavigation();
+    return;
+  }
+  const int index = std::clamp(page, 1, pageCount()) - 1;
+  if (index != pageView_->pageIndex()) {
+    pageView_->setPageIndex(index);
+    // A page that does not fit the window is seen from its top.
+    scrollArea_->verticalScrollBar()->setValue(0);
+    if (zoomMode_ != ZoomMode::Percent)
+      applyZoom(); // pages of another shape fit anew
+  }
+  updateNavigation();
+}
+
+void PreviewWindow::updateNavigation() {
+  const int page = currentPage();
+  const int count = pageCount();
+  firstAction_->setEnabled(page > 1);
+  previousAction_->setEnabled(page > 1);
+  nextAction_->setEnabled(page < count);
+  lastAction_->setEnabled(page < count);
+  findNextAction_->setEnabled(count > 0);
+  printAction_->setEnabled(count > 0 && !printing_);
+  {
+    const QSignalBlocker blocker(pageBox_);
+    pageBox_->setValue(page);
+  }
+  if (count > 0) {
+    const QSignalBlocker blocker(thumbnailList_->selectionModel());
+    const QModelIndex index = thumbnails_->index(page - 1);
+    thumbnailList_->selectionModel()->setCurrentIndex(index, QItemSelectionModel::ClearAndSelect);
+    thumbnailList_->scrollTo(index);
+  }
+}
+
+// ---- Zoom ----
+
+qreal PreviewWindow::pixelsPerTwipAt100() const { return logicalDpiX() / qreal(kTwipsPerInch); }
+
+int PreviewWindow::zoom() const { return int(std::lround(pageView_->scale() / pixelsPerTwipAt100() * 100)); }
+
+void PreviewWindow::setZoom(int percent) {
+  zoomMode_ = ZoomMode::Percent;
+  zoomPercent_ = std::clamp(percent, kMinZoom, kMaxZoom);
+  applyZoom();
+}
+
+void PreviewWindow::zoomIn() {
+  const int now = zoom();
+  const auto *step = std::find_if(std::begin(kZoomSteps), std::end(kZoomSteps), [now](int s) { return s > now; });
+  setZoom(step == std::end(kZoomSteps) ? kMaxZoom : *step);
+}
+
+void PreviewWindow::zoomOut() {
+  const int now = zoom();
+  int below = kMinZoom;
+  for (const int step : kZoomSteps)
+    if (step < now)
+      below = step;
+  setZoom(below);
+}
+
+void PreviewWindow::fitWidth() {
+  zoomMode_ = ZoomMode::FitWidth;
+  applyZoom();
+}
+
+void PreviewWindow::fitPage() {
+  zoomMode_ = ZoomMode::FitPage;
+  applyZoom();
+}
+
+void PreviewWindow::zoomEdited() {
+  QString text = zoomBox_->currentText().trimmed();
+  text.remove(u'%');
+  bool ok = false;
+  const int percent = text.trimmed().toInt(&ok);
+  if (ok)
+    setZoom(percent);
+  else
+    applyZoom(); // shows the zoom in force again
+}
+
+void PreviewWindow::applyZoom() {
+  qreal scale = zoomPercent_ / 100.0 * pixelsPerTwipAt100();
+  if (zoomMode_ != ZoomMode::Percent && pageCount() > 0) {
+    // Measured from the room without scroll bars, so that a scroll bar
+    // coming or going does not change the fit and bring itself back.
+    const Page &page = document_->page(pageView_->pageIndex());
+    const QSize room = scrollArea_->maximumViewportSize() - QSize(2 * kPageMargin, 2 * kPageMargin);
+    const qreal byHeight = qreal(std::max(room.height(), 1)) / std::max(page.height(), 1);
+    qreal byWidth = qreal(std::max(room.width(), 1)) / std::max(page.width(), 1);
+    if (zoomMode_ == ZoomMode::FitWidth && byWidth > byHeight) {
+      // Taller than the room: the vertical scroll bar takes its part.
+      const int bar = style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, scrollArea_->verticalScrollBar());
+      byWidth = qreal(std::max(room.width() - bar, 1)) / std::max(page.width(), 1);
+    }
+    scale = zoomMode_ == ZoomMode::FitWidth ? byWidth : std::min(byWidth, byHeight);
+    // Fitting never goes beyond the zoom's range either.
+    scale = std::clamp(scale, kMinZoom / 100.0 * pixelsPerTwipAt100(), kMaxZoom / 100.0 * pixelsPerTwipAt100());
+  }
+  pageView_->setScale(scale);
+  const QSignalBlocker blocker(zoomBox_);
+  zoomBox_->setEditText(QStringLiteral("%1%").arg(zoom()));
+  zoomInAction_->setEnabled(zoom() < kMaxZoom);
+  zoomOutAction_->setEnabled(zoom() > kMinZoom);
+  fitWidthAction_->setCheckable(true);
+  fitWidthAction_->setChecked(zoomMode_ == ZoomMode::FitWidth);
+  fitPageAction_->setCheckable(true);
+  fitPageAction_->setChecked(zoomMode_ == ZoomMode::FitPage);
+}
+
+bool PreviewWindow::eventFilter(QObject *watched, QEvent *event) {
+  if (watched == scrollArea_->viewport() && event->type() == QEvent::Resize && zoomMode_ != ZoomMode::Percent)
+    applyZoom();
+  return QWidget::eventFilter(watched, event);
+}
+
+// ---- Search ----
+
+bool PreviewWindow::find(const QString &text) {
+  TextPosition start{std::max(currentPage() - 1, 0), 0, 0};
+  // The next hit after the last one while its page is shown; the same text
+  // again goes past it, a new text may stand at it.
+  if (hit_ && hit_->position.page == pageView_->pageIndex()) {
+    start = hit_->position;
+    if (text.compare(searched_, Qt::CaseInsensitive) == 0)
+      ++start.offset;
+  }
+  searched_ = text;
+  hit_ = findText(*document_, text, start);
+  if (!hit_) {
+    pageView_->setMark(std::nullopt);
+    setStatus(text.isEmpty() ? QString() : tr("\"%1\" was not found").arg(text));
+    return false;
+  }
+  goToPage(hit_->position.page + 1);
+  pageView_->setMark(hit_->box);
+  const QRect marked = pageView_->toWidget(hit_->box);
+  const QPoint centre = pageView_->mapTo(scrollArea_->widget(), marked.center());
+  scrollArea_->ensureVisible(centre.x(), centre.y(), marked.width() / 2 + 40, marked.height() / 2 + 40);
+  setStatus(tr("Found on page %1").arg(hit_->position.page + 1));
+  return true;
+}
+
+// ---- Printing ----
+
+bool PreviewWindow::print() {
+  if (!printHandler_ || printing_ || pageCount() == 0)
+    return false;
+  printing_ = true;
+  progressShown_ = false;
+  printAction_->setEnabled(false);
+  setStatus(tr("Printing…"));
+  QApplication::setOverrideCursor(Qt::WaitCursor);
+  std::optional<Error> failure;
+  try {
+    printHandler_();
+  } catch (...) {
+    failure = pendingError();
+  }
+  QApplication::restoreOverrideCursor();
+  printing_ = false;
+  updateNavigation();
+  if (!failure) {
+    if (!progressShown_)
+      setStatus(tr("Printed"));
+    return true;
+  }
+  setStatus(tr("Not printed"));
+  // The message is all there is to tell; a presenter that fails to show it
+  // must not take the window down.
+  try {
+    presentMessage(windowTitle(), tr("The report was not printed.\n\n%1").arg(failure->description()));
+  } catch (...) {
+  }
+  return false;
+}
+
+void PreviewWindow::showPrintProgress(int page, int count) {
+  progressShown_ = true;
+  setStatus(tr("Printed page %1 of %2").arg(page).arg(count));
+}
+
+void PreviewWindow::setStatus(const QString &text) { status_->setText(text); }
+
+QString PreviewWindow::statusText() const { return status_->text(); }
+
+} // namespace kordel::engine

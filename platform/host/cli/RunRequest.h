@@ -1,0 +1,54 @@
+#pragma once
+
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+#include <vector>
+
+namespace kordel::host::cli {
+
+// What a run does with the report's pages.
+enum class RunMode { Export, Print, Preview };
+
+// The records a run prints, as the command line names them.
+struct RangeRequest {
+  enum Kind { None, Filter, Ids, All, Explorer };
+  Kind kind = None;
+  // The filter's name or local name for Filter; the class of the list
+  // window for Explorer.
+  QString name;
+  // The ids of Ids, and the selection of Explorer.
+  std::vector<int> ids;
+  // Whether Explorer was given a selection; without one it prints all the
+  // window lists.
+  bool selected = false;
+};
+
+// --subfilter PAGE=FILTER: a saved filter that narrows a sub page.
+struct SubFilterRequest {
+  QString page; // the sub page's name or guid
+  QString filter;
+};
+
+// The words of one export, print or preview command, checked for their
+// form; nothing here reads the database.
+struct RunRequest {
+  RunMode mode = RunMode::Export;
+  QString report;
+  QString outFile;
+  RangeRequest range;
+  QList<SubFilterRequest> subFilters;
+  QString language;
+  QString database;
+  QString printer;
+  int copies = 0; // 0 leaves the number to the report and printer
+
+  // Raises 5 with the command's usage for an unknown or repeated option, a
+  // missing value, a missing --report (or --out for an export), no range or
+  // more than one, and values of the wrong form.
+  static RunRequest parse(RunMode mode, const QStringList &args);
+  static QString usage(RunMode mode);
+};
+
+} // namespace kordel::host::cli
