@@ -6,6 +6,7 @@
 
 #include "DemoFixture.h"
 #include "LayoutSketch.h"
+#include "support/CupsTestQueues.h"
 
 #include "addin/CustomReport.h"
 #include "core/Dictionary.h"
@@ -14,12 +15,15 @@
 #include "document/Report.h"
 #include "document/ReportFields.h"
 #include "document/SortFields.h"
+#include "common/Settings.h"
 #include "engine/model/LayoutReport.h"
+#include "engine/preview/PreviewWindow.h"
 #include "engine/render/Page.h"
 #include "engine/render/PageDocument.h"
 #include "hostapi/Filters.h"
 #include "hostapi/Layout.h"
 #include "hostapi/Pool.h"
+#include "hostapi/Printers.h"
 #include "hostapi/Records.h"
 #include "hostapi/ReportContext.h"
 #include "runtime/ActiveDunderReport.h"
@@ -218,10 +222,19 @@ TEST_F(ReportRunTest, AnEmptySubPageHidesOnlyWhenItsPageSaysSo) {
       kPersons,
       Variant(ObjectRef(app->classes()->item("person")->filters()->lookup("sweden", hostapi::FilterLookup::ByName))));
   ASSERT_TRUE(exportTo(dir.file("mixed.txt"), mixed));
-  const int swedish = int(texts("company", "name", "country", QStringLiteral("Sweden")).size());
-  ASSERT_GT(swedish, 0);
-  ASSERT_LT(swedish, companies);
-  EXPECT_EQ(QString::fromUtf8(test::readFile(dir.file("mixed.txt"))).count(QStringLiteral("Persons:")), swedish);
+  const QStringList swedish = texts("company", "name", "country", QStringLiteral("Sweden"));
+  ASSERT_GT(swedish.size(), 0);
+  ASSERT_LT(swedish.size(), companies);
+  const QStringList rows = lines(QString::fromUtf8(test::readFile(dir.file("mixed.txt"))));
+  int headed = 0;
+  for (const QString &name : texts("company", "name")) {
+    const qsizetype at = rows.indexOf(name);
+    ASSERT_GE(at, 0) << name.toStdString();
+    const bool shown = at + 1 < rows.size() && rows[at + 1] == QStringLiteral("Persons:");
+    EXPECT_EQ(shown, swedish.contains(name)) << name.toStdString();
+    headed += shown;
+  }
+  EXPECT_EQ(headed, swedish.size());
 }
 
 TEST_F(ReportRunTest, OneExtensionsServesTheTopPageAndItsSubPages) {
@@ -375,6 +388,94 @@ TEST_F(ReportRunTest, TheBandIsCutToThePaperOnlyWhenItReachesIt) {
   EXPECT_FLOAT_EQ(layout->printWidth, paper - 1900 - 10) << "a band that reaches the paper's edge is cut";
   EXPECT_FLOAT_EQ(layout->pageSettings()->leftMargin, 1000);
   EXPECT_FLOAT_EQ(layout->pageSettings()->rightMargin, 900);
+}
+
+} // namespace
+
+namespace {
+
+// The preview: its window shows the run's pages and the user prints from
+// it; the last printed page closes it, and the run learns of the print
+// through the settings.
+TEST_F(ReportRunTest, APrintFromThePreviewClosesItAndCountsAsPrinted) {
+  setLayouts(companiesWithPersons(), LayoutSketch().section("Detail", SectionType::Detail).field("lastname", 600));
+  test::ScopedHome home(dir.file("home"));
+  const QString printed = home.documentsFolder() + QStringLiteral("/Companies and persons.pdf");
+
+  int shownPages = 0;
+  bool closedByPrint = false;
+  ui->modalHandler = [&](QWidget &window) {
+    auto *preview = qobject_cast<engine::PreviewWindow *>(&window);
+    ASSERT_TRUE(preview);
+    shownPages = preview->pageCount();
+    EXPECT_EQ(preview->windowTitle(), QStringLiteral("Companies and persons"));
+    EXPECT_TRUE(preview->find(texts("company", "name").last()));
+    preview->print();
+    closedByPrint = !preview->isVisible();
+  };
+  const auto viaOwnPdfPrinter = allCompanies();
+  viaOwnPdfPrinter->setProperty(QStringLiteral("sysprop__printername"),
+                                QString::fromLatin1(hostapi::kBuiltInPdfPrinterName));
+  bool result = false;
+  customReport.RunReport(1, report, viaOwnPdfPrinter, result);
+  EXPECT_TRUE(result) << shownTexts().join('\n').toStdString();
+  EXPECT_GE(shownPages, 1);
+  EXPECT_TRUE(closedByPrint);
+  EXPECT_EQ(addin::ReadSetting(addin::kSettingsRoot, QStringLiteral("PrintProgress"), 0).toLong(), shownPages);
+  EXPECT_TRUE(pdfText(printed).contains(texts("company", "name").first())) << printed.toStdString();
+
+  // Closed without printing: nothing printed, and "0" is what the run finds.
+  ui->modalHandler = [](QWidget &window) { window.close(); };
+  customReport.RunReport(1, report, allCompanies(), result);
+  EXPECT_FALSE(result);
+  EXPECT_EQ(addin::ReadSetting(addin::kSettingsRoot, QStringLiteral("PrintProgress"), 9).toString(),
+            QStringLiteral("0"));
+}
+
+TEST_F(ReportRunTest, PrintingAtOnceGoesToTheResolvedPrinterUnderTheReportsName) {
+  setLayouts(companiesWithPersons(), LayoutSketch().section("Detail", SectionType::Detail).field("lastname", 600));
+  test::ScopedHome home(dir.file("home"));
+  const auto ctx = allCompanies();
+  ctx->setProperty(QStringLiteral("sysprop__printername"), QString::fromLatin1(hostapi::kBuiltInPdfPrinterName));
+  ctx->setProperty(QStringLiteral("sysprop__copies"), 1);
+  bool result = false;
+  customReport.RunReport(0, report, ctx, result);
+  EXPECT_TRUE(result) << shownTexts().join('\n').toStdString();
+  const QString printed = home.documentsFolder() + QStringLiteral("/Companies and persons.pdf");
+  EXPECT_TRUE(pdfText(printed).contains(texts("company", "name").first())) << printed.toStdString();
+
+  // A second print of the same report keeps the first file.
+  customReport.RunReport(0, report, allCompanies(), result);
+  EXPECT_TRUE(QFile::exists(home.documentsFolder() + QStringLiteral("/Companies and persons (2).pdf")));
+}
+
+// The window place the run keeps: maximised unless a normal place was
+// stored, which the next run restores.
+TEST_F(ReportRunTest, ThePreviewWindowKeepsItsPlaceInTheSettings) {
+  setLayouts(std::move(LayoutSketch().section("Detail", SectionType::Detail).field("name")),
+             LayoutSketch().section("Detail", SectionType::Detail).field("lastname"));
+  const QString key = addin::kSettingsRoot + QStringLiteral("\\ReportWindow");
+  QRect seen;
+  bool maximised = false;
+  ui->modalHandler = [&](QWidget &window) {
+    maximised = window.isMaximized() || window.windowState().testFlag(Qt::WindowMaximized);
+    seen = window.geometry();
+    window.close();
+  };
+  bool result = false;
+  customReport.RunReport(1, report, allCompanies(), result);
+  EXPECT_TRUE(maximised) << "no stored place: the window opens maximised";
+
+  addin::WriteSetting(key, QStringLiteral("WindowState"), QStringLiteral("0"));
+  addin::WriteSetting(key, QStringLiteral("Left"), QStringLiteral("1500"));
+  addin::WriteSetting(key, QStringLiteral("Top"), QStringLiteral("1200"));
+  addin::WriteSetting(key, QStringLiteral("Width"), QStringLiteral("9000"));
+  addin::WriteSetting(key, QStringLiteral("Height"), QStringLiteral("7500"));
+  customReport.RunReport(1, report, allCompanies(), result);
+  EXPECT_FALSE(maximised);
+  EXPECT_EQ(seen.width(), 9000 / 15) << "twips at 96 dots an inch";
+  EXPECT_EQ(addin::ReadSetting(key, QStringLiteral("WindowState"), 2).toLong(), 0);
+  EXPECT_NEAR(addin::ReadSetting(key, QStringLiteral("Width"), 0).toDouble(), 9000, 15);
 }
 
 } // namespace

@@ -14,9 +14,9 @@
 #include "host/SettingsStore.h"
 #include "hostapi/Ui.h"
 
-#include "../engine/export/PdfTools.h"
-#include "../engine/export/XlsReader.h"
-#include "../engine/print/CupsTestQueues.h"
+#include "support/PdfTools.h"
+#include "support/XlsReader.h"
+#include "support/CupsTestQueues.h"
 #include "support/OrvexProcess.h"
 #include "support/PrivateCupsd.h"
 #include "support/TempDir.h"

@@ -196,15 +196,19 @@ void LayoutReader::readControl(const LayoutElement &element, Section &section) {
   section.controls()->append(control);
 }
 
-// The layout replaces the report's own. Nothing here can fail: the names
-// were checked while reading.
+// The layout replaces the report's own, except a document name and a
+// caption that the layout leaves empty: those the caller may have set
+// before loading. Nothing here can fail: the names were checked while
+// reading.
 void takeInto(LayoutReport &report, const ReadLayout &layout) {
   const LayoutReport &settings = *layout.settings;
   report.scriptLanguage = settings.scriptLanguage;
   report.script = settings.script;
   report.printWidth = settings.printWidth;
-  report.documentName = settings.documentName;
-  report.caption = settings.caption;
+  if (!settings.documentName.isEmpty())
+    report.documentName = settings.documentName;
+  if (!settings.caption.isEmpty())
+    report.caption = settings.caption;
 
   const PageSettings &page = *settings.pageSettings();
   PageSettings &target = *report.pageSettings();

@@ -136,7 +136,9 @@ BandPiece SectionRenderer::renderPiece(const Section &section, const std::vector
             formatFieldText(hooks_.value ? hooks_.value(field) : Variant(field.text), field.outputFormat);
         const FontUse &font = fontUse(*field.font);
         item.lines = font.canvas->wrap(text, round(field.width));
-        const float needed = float(item.lines.size() * font.canvas->lineHeight());
+        // Lines are drawn a whole number of twips apart, so a field grows
+        // by the same measure.
+        const float needed = float(item.lines.size() * font.lineHeight);
         if (field.canGrow && needed > field.height)
           item.height = needed;
         else if (field.canShrink && text.isEmpty())

@@ -2,7 +2,7 @@
 // in reading order, page sizes, embedded fonts, the document's title, and
 // what a failed export leaves behind.
 
-#include "PdfTools.h"
+#include "support/PdfTools.h"
 
 #include "engine/export/PdfExporter.h"
 

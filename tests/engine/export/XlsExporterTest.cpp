@@ -2,7 +2,7 @@
 // its records with a reader of our own, and, where a spreadsheet program
 // is installed, the values it sees after converting the file to CSV.
 
-#include "XlsReader.h"
+#include "support/XlsReader.h"
 
 #include "engine/export/XlsExporter.h"
 #include "engine/export/XlsExporterObject.h"

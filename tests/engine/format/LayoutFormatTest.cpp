@@ -347,8 +347,11 @@ End Sub]]></Script>
 </Layout>
 )";
   auto report = LayoutReport::create();
+  report->caption = QStringLiteral("Set before loading");
+  report->documentName = QStringLiteral("Invoices");
   loadLayout(*report, file);
   EXPECT_EQ(report->caption, "Kvartal");
+  EXPECT_EQ(report->documentName, "Invoices") << "a name the layout leaves out stays as the caller set it";
   EXPECT_EQ(report->scriptLanguage, "VBScript");
   EXPECT_EQ(report->printWidth, 9360);
   EXPECT_TRUE(report->script.isEmpty());

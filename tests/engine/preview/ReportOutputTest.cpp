@@ -12,8 +12,8 @@
 #include "engine/preview/PreviewWindow.h"
 #include "engine/render/PageDocument.h"
 
-#include "../export/PdfTools.h"
-#include "../print/CupsTestQueues.h"
+#include "support/PdfTools.h"
+#include "support/CupsTestQueues.h"
 #include "support/ErrorCapture.h"
 #include "support/PrivateCupsd.h"
 #include "support/TempDir.h"

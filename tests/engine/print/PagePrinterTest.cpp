@@ -3,12 +3,12 @@
 // bins whose jobs show the options sent, and the errors for queues that do
 // not exist.
 
-#include "CupsTestQueues.h"
+#include "support/CupsTestQueues.h"
 
 #include "engine/print/PagePrinter.h"
 #include "engine/print/PaperBins.h"
 
-#include "../export/PdfTools.h"
+#include "support/PdfTools.h"
 #include "support/ErrorCapture.h"
 #include "support/PrivateCupsd.h"
 #include "support/TempDir.h"

@@ -4,7 +4,7 @@
 // out on, and the built-in printer's files in a documents folder of the
 // test's own.
 
-#include "CupsTestQueues.h"
+#include "support/CupsTestQueues.h"
 
 #include "engine/model/LayoutReport.h"
 #include "engine/model/Section.h"
@@ -13,7 +13,7 @@
 #include "engine/print/PagePrinter.h"
 #include "engine/render/PageDocument.h"
 
-#include "../export/PdfTools.h"
+#include "support/PdfTools.h"
 #include "support/ErrorCapture.h"
 #include "support/PrivateCupsd.h"
 #include "support/TempDir.h"

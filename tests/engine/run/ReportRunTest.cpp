@@ -251,6 +251,19 @@ TEST(ReportRunTest, GrowingTextPushesWhatFollowsAndFixedTextIsCut) {
       if (fixed.text(*run).startsWith("one"))
         ++shown;
   EXPECT_EQ(shown, 1);
+
+  // A size whose line height is not a whole number of twips: every line of
+  // the grown field is drawn.
+  note->canGrow = true;
+  note->font->set(QStringLiteral("Size"), 9);
+  report->run();
+  QStringList drawn;
+  const Page &nine = report->pages()->page(0);
+  for (const PageItem &item : nine.items())
+    if (const auto *run = std::get_if<TextRun>(&item))
+      if (longNote.contains(nine.text(*run)) && nine.text(*run) != "short")
+        drawn << nine.text(*run);
+  EXPECT_EQ(drawn.join(' '), longNote);
 }
 
 // The same report script in both languages: rows made by the script

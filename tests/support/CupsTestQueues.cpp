@@ -1,4 +1,4 @@
-#include "CupsTestQueues.h"
+#include "support/CupsTestQueues.h"
 
 #include "support/PrivateCupsd.h"
 #include "support/TempDir.h"
