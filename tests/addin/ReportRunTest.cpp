@@ -15,6 +15,7 @@
 #include "document/Report.h"
 #include "document/ReportFields.h"
 #include "document/SortFields.h"
+#include "common/Globals.h"
 #include "common/Settings.h"
 #include "engine/model/LayoutReport.h"
 #include "engine/preview/PreviewWindow.h"
@@ -476,6 +477,43 @@ TEST_F(ReportRunTest, ThePreviewWindowKeepsItsPlaceInTheSettings) {
   EXPECT_EQ(seen.width(), 9000 / 15) << "twips at 96 dots an inch";
   EXPECT_EQ(addin::ReadSetting(key, QStringLiteral("WindowState"), 2).toLong(), 0);
   EXPECT_NEAR(addin::ReadSetting(key, QStringLiteral("Width"), 0).toDouble(), 9000, 15);
+}
+
+} // namespace
+
+namespace {
+
+// The road from a print call: the user is asked (in the print dialog)
+// only when the call or the context leaves something open; a preview
+// wins over an export file.
+TEST_F(ReportRunTest, ThePrintRoadAsksOnlyWhenSomethingIsOpen) {
+  setLayouts(companiesWithPersons(), LayoutSketch().section("Detail", SectionType::Detail).field("lastname", 600));
+  const QString dialogText = GetMessage(QStringLiteral("Report.PrintDialogMissing"));
+
+  customReport.PrintLoadedReport(report, false, false, nullptr);
+  ASSERT_EQ(ui->boxes.size(), 1u);
+  EXPECT_TRUE(ui->boxes.back().text.contains(QStringLiteral("101003")))
+      << "no context and no list window of the class: nothing to print";
+
+  const auto exportContext = allCompanies();
+  exportContext->setProperty(QStringLiteral("sysprop__exportfile"), dir.file("road.pdf"));
+  customReport.PrintLoadedReport(report, false, true, exportContext);
+  ASSERT_EQ(ui->boxes.size(), 2u);
+  EXPECT_EQ(ui->boxes.back().text, dialogText) << "a call that asks for the dialog gets it";
+  EXPECT_FALSE(QFile::exists(dir.file("road.pdf")));
+
+  int previews = 0;
+  ui->modalHandler = [&](QWidget &window) {
+    ++previews;
+    window.close();
+  };
+  customReport.PrintLoadedReport(report, true, false, exportContext);
+  EXPECT_EQ(previews, 1);
+  EXPECT_FALSE(QFile::exists(dir.file("road.pdf"))) << "a preview ignores the export file";
+
+  customReport.PrintLoadedReport(report, false, false, exportContext);
+  EXPECT_TRUE(pdfText(dir.file("road.pdf")).contains(texts("company", "name").first()));
+  EXPECT_EQ(ui->boxes.size(), 2u) << shownTexts().join('\n').toStdString();
 }
 
 } // namespace
