@@ -25,17 +25,6 @@ namespace {
 
 const QString kPrinterObject = QStringLiteral("sysprop__printerobject");
 
-struct ExportType {
-  const char *extension;
-  const char *progId;
-};
-
-constexpr ExportType kExportTypes[] = {
-    {"pdf", hostapi::kPdfExportProgId},   {"xls", hostapi::kXlsExportProgId}, {"html", hostapi::kHtmlExportProgId},
-    {"htm", hostapi::kHtmlExportProgId},  {"rtf", hostapi::kRtfExportProgId}, {"txt", hostapi::kTextExportProgId},
-    {"tiff", hostapi::kTiffExportProgId},
-};
-
 ObjectRef PrinterOf(const hostapi::ReportContext &context) {
   const Variant printer = context.getProperty(kPrinterObject, Variant::nothing());
   return printer.isObject() ? printer.toObject() : nullptr;
@@ -162,7 +151,7 @@ bool CustomReport::ExportReport(const QString &fileName, const Variant &pages) {
   const auto tools = HostTools();
   const QString extension = tools->fileExtension(fileName).toLower();
   const char *progId = nullptr;
-  for (const ExportType &type : kExportTypes)
+  for (const hostapi::ExportType &type : hostapi::kExportTypes)
     if (extension == QLatin1String(type.extension))
       progId = type.progId;
   if (!progId)

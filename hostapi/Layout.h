@@ -39,4 +39,15 @@ inline constexpr const char *kRtfExportProgId = "Orvex.RtfExport";
 inline constexpr const char *kTextExportProgId = "Orvex.TextExport";
 inline constexpr const char *kTiffExportProgId = "Orvex.TiffExport";
 
+// The file types a report exports to, by the lower-case extension of the
+// target file, and the exporter of each.
+struct ExportType {
+  const char *extension;
+  const char *progId;
+};
+inline constexpr ExportType kExportTypes[] = {
+    {"pdf", kPdfExportProgId}, {"xls", kXlsExportProgId},  {"html", kHtmlExportProgId}, {"htm", kHtmlExportProgId},
+    {"rtf", kRtfExportProgId}, {"txt", kTextExportProgId}, {"tiff", kTiffExportProgId},
+};
+
 } // namespace kordel::hostapi

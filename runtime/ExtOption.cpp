@@ -4,10 +4,8 @@
 #include "hostapi/Ui.h"
 
 #include <QComboBox>
-#include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
-#include <QVBoxLayout>
 
 namespace kordel::addin {
 
@@ -21,44 +19,11 @@ QStringList OptionTexts(const Variant &options) {
   return texts;
 }
 
-ExtOption::ExtOption() {
-  setObjectName(QStringLiteral("ExtOption"));
-  setModal(true);
-  LblPrompt = new QLabel(QStringLiteral("#Caption"), this);
-  LblPrompt->setObjectName(QStringLiteral("LblPrompt"));
-  CboOptions = new QComboBox(this);
+ExtOption::ExtOption() : PromptWindow(QStringLiteral("ExtOption")), CboOptions(new QComboBox) {
+  SetInput(CboOptions);
   CboOptions->setObjectName(QStringLiteral("CboOptions"));
   CboOptions->setEditable(false);
   CboOptions->setMinimumContentsLength(24);
-  CmdOK = new QPushButton(QStringLiteral("#OK"), this);
-  CmdOK->setObjectName(QStringLiteral("CmdOK"));
-  CmdOK->setDefault(true);
-  CmdCancel = new QPushButton(QStringLiteral("#Cancel"), this);
-  CmdCancel->setObjectName(QStringLiteral("CmdCancel"));
-
-  auto *buttons = new QHBoxLayout;
-  buttons->addStretch();
-  buttons->addWidget(CmdOK);
-  buttons->addWidget(CmdCancel);
-  auto *layout = new QVBoxLayout(this);
-  layout->addWidget(LblPrompt);
-  layout->addWidget(CboOptions);
-  layout->addLayout(buttons);
-
-  connect(CmdOK, &QPushButton::clicked, this, [this] {
-    try {
-      CmdOK_Click();
-    } catch (...) {
-      ErrorMessage(QStringLiteral("ExtOption.CmdOK_Click"));
-    }
-  });
-  connect(CmdCancel, &QPushButton::clicked, this, [this] {
-    try {
-      CmdCancel_Click();
-    } catch (...) {
-      ErrorMessage(QStringLiteral("ExtOption.CmdCancel_Click"));
-    }
-  });
 }
 
 void ExtOption::Show() {

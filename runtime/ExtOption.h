@@ -2,7 +2,7 @@
 
 #include "core/Variant.h"
 
-#include <QDialog>
+#include "runtime/PromptWindow.h"
 #include <QStringList>
 
 class QComboBox;
@@ -21,7 +21,7 @@ QStringList OptionTexts(const Variant &options);
 // (Extensions.ShowOptionBox). The caller sets Default, Options, Prompt and
 // Title, calls Show and reads Result. The prompt is kept but not shown: the
 // label keeps its translated caption, as it always has.
-class ExtOption : public QDialog {
+class ExtOption : public PromptWindow {
   Q_OBJECT
 
 public:
@@ -41,14 +41,11 @@ public:
   // Fills the box. A default the box does not hold is passed over and
   // leaves nothing chosen; no default chooses the first item.
   void Form_Load();
-  void CmdOK_Click();
-  void CmdCancel_Click();
+  void CmdOK_Click() override;
+  void CmdCancel_Click() override;
 
 private:
   QComboBox *CboOptions;
-  QLabel *LblPrompt;
-  QPushButton *CmdOK;
-  QPushButton *CmdCancel;
 
   QString default_;
   Variant options_;

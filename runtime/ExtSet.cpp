@@ -4,51 +4,16 @@
 #include "hostapi/Ui.h"
 #include "runtime/ExtOption.h"
 
-#include <QHBoxLayout>
 #include <QLabel>
 #include <QListWidget>
 #include <QPushButton>
-#include <QVBoxLayout>
 
 namespace kordel::addin {
 
-ExtSet::ExtSet() {
-  setObjectName(QStringLiteral("ExtSet"));
-  setModal(true);
-  LblPrompt = new QLabel(QStringLiteral("#Caption"), this);
-  LblPrompt->setObjectName(QStringLiteral("LblPrompt"));
-  LbSet = new QListWidget(this);
+ExtSet::ExtSet() : PromptWindow(QStringLiteral("ExtSet")), LbSet(new QListWidget) {
+  SetInput(LbSet);
   LbSet->setObjectName(QStringLiteral("LbSet"));
   LbSet->setSelectionMode(QAbstractItemView::MultiSelection);
-  CmdOK = new QPushButton(QStringLiteral("#OK"), this);
-  CmdOK->setObjectName(QStringLiteral("CmdOK"));
-  CmdOK->setDefault(true);
-  CmdCancel = new QPushButton(QStringLiteral("#Cancel"), this);
-  CmdCancel->setObjectName(QStringLiteral("CmdCancel"));
-
-  auto *buttons = new QHBoxLayout;
-  buttons->addStretch();
-  buttons->addWidget(CmdOK);
-  buttons->addWidget(CmdCancel);
-  auto *layout = new QVBoxLayout(this);
-  layout->addWidget(LblPrompt);
-  layout->addWidget(LbSet);
-  layout->addLayout(buttons);
-
-  connect(CmdOK, &QPushButton::clicked, this, [this] {
-    try {
-      CmdOK_Click();
-    } catch (...) {
-      ErrorMessage(QStringLiteral("ExtSet.CmdOK_Click"));
-    }
-  });
-  connect(CmdCancel, &QPushButton::clicked, this, [this] {
-    try {
-      CmdCancel_Click();
-    } catch (...) {
-      ErrorMessage(QStringLiteral("ExtSet.CmdCancel_Click"));
-    }
-  });
 }
 
 void ExtSet::Show() {

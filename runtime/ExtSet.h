@@ -2,7 +2,7 @@
 
 #include "core/Variant.h"
 
-#include <QDialog>
+#include "runtime/PromptWindow.h"
 
 class QLabel;
 class QListWidget;
@@ -14,7 +14,7 @@ namespace kordel::addin {
 // (Extensions.ShowSetBox). Every option starts chosen: the user takes away
 // what is not wanted. The caller sets Options, Prompt and Title, calls Show
 // and reads Result. The prompt is kept but not shown, as in ExtOption.
-class ExtSet : public QDialog {
+class ExtSet : public PromptWindow {
   Q_OBJECT
 
 public:
@@ -32,14 +32,11 @@ public:
   void Show();
 
   void Form_Load();
-  void CmdOK_Click();
-  void CmdCancel_Click();
+  void CmdOK_Click() override;
+  void CmdCancel_Click() override;
 
 private:
   QListWidget *LbSet;
-  QLabel *LblPrompt;
-  QPushButton *CmdOK;
-  QPushButton *CmdCancel;
 
   Variant options_;
   QString prompt_;

@@ -5,40 +5,16 @@
 #include "hostapi/Ui.h"
 
 #include <QEvent>
-#include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QVBoxLayout>
 
 namespace kordel::addin {
 
-FormInput::FormInput() {
-  setObjectName(QStringLiteral("FormInput"));
-  setModal(true);
-  LblPrompt = new QLabel(this);
-  LblPrompt->setObjectName(QStringLiteral("LblPrompt"));
-  LblPrompt->setWordWrap(true);
-  TbInput = new QLineEdit(this);
+FormInput::FormInput() : PromptWindow(QStringLiteral("FormInput")), TbInput(new QLineEdit) {
+  SetInput(TbInput);
   TbInput->setObjectName(QStringLiteral("TbInput"));
-  CmdOK = new QPushButton(QStringLiteral("#OK"), this);
-  CmdOK->setObjectName(QStringLiteral("CmdOK"));
-  CmdOK->setDefault(true);
-  CmdCancel = new QPushButton(QStringLiteral("#Cancel"), this);
-  CmdCancel->setObjectName(QStringLiteral("CmdCancel"));
-
-  auto *buttons = new QHBoxLayout;
-  buttons->addStretch();
-  buttons->addWidget(CmdOK);
-  buttons->addWidget(CmdCancel);
-  auto *layout = new QVBoxLayout(this);
-  layout->addWidget(LblPrompt);
-  layout->addWidget(TbInput);
-  layout->addLayout(buttons);
-
-  // Neither handler can fail: they only set a flag and close the window.
-  connect(CmdOK, &QPushButton::clicked, this, [this] { CmdOK_Click(); });
-  connect(CmdCancel, &QPushButton::clicked, this, [this] { CmdCancel_Click(); });
+  LblPrompt->setWordWrap(true);
 }
 
 QString FormInput::QueryInput(const QString &prompt, const QString &title, const QString &text) {

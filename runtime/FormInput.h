@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QDialog>
+#include "runtime/PromptWindow.h"
 
 class QLabel;
 class QLineEdit;
@@ -11,7 +11,7 @@ namespace kordel::addin {
 // The window that asks the user for one line of text. Unlike the other
 // script windows it shows the prompt it is given, and it translates only
 // its two buttons.
-class FormInput : public QDialog {
+class FormInput : public PromptWindow {
   Q_OBJECT
 
 public:
@@ -26,17 +26,14 @@ public:
   // Focus goes to the text box with its whole text selected, so that
   // typing replaces it.
   void Form_Activate();
-  void CmdOK_Click();
-  void CmdCancel_Click();
+  void CmdOK_Click() override;
+  void CmdCancel_Click() override;
 
 protected:
   bool event(QEvent *event) override;
 
 private:
-  QLabel *LblPrompt;
   QLineEdit *TbInput;
-  QPushButton *CmdOK;
-  QPushButton *CmdCancel;
 
   bool confirmed_ = false;
 };

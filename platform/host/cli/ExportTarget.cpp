@@ -15,22 +15,9 @@ namespace {
 
 const QString kSource = QStringLiteral("orvex");
 
-struct ExportType {
-  const char *extension;
-  const char *progId;
-};
-
-// The file types a report exports to, by the extension the report object
-// reads them by.
-constexpr ExportType kExportTypes[] = {
-    {"pdf", hostapi::kPdfExportProgId},   {"xls", hostapi::kXlsExportProgId}, {"html", hostapi::kHtmlExportProgId},
-    {"htm", hostapi::kHtmlExportProgId},  {"rtf", hostapi::kRtfExportProgId}, {"txt", hostapi::kTextExportProgId},
-    {"tiff", hostapi::kTiffExportProgId},
-};
-
 QString knownExtensions() {
   QStringList extensions;
-  for (const ExportType &type : kExportTypes)
+  for (const hostapi::ExportType &type : hostapi::kExportTypes)
     extensions << QString::fromLatin1(type.extension);
   return extensions.join(QStringLiteral(", "));
 }
@@ -42,7 +29,7 @@ ExportTarget ExportTarget::check(const QString &path) {
   ExportTarget target;
   target.path_ = file.absoluteFilePath();
   const QString extension = file.suffix().toLower();
-  for (const ExportType &type : kExportTypes)
+  for (const hostapi::ExportType &type : hostapi::kExportTypes)
     if (extension == QLatin1String(type.extension))
       target.progId_ = type.progId;
   if (!target.progId_)
