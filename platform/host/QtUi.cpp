@@ -1,16 +1,15 @@
 #include "host/QtUi.h"
 
+#include "engine/preview/Presenters.h"
 #include "host/FileDialogFilter.h"
 
 #include "core/Error.h"
 
 #include <QApplication>
-#include <QEventLoop>
 #include <QFileDialog>
 #include <QFontDialog>
 #include <QInputDialog>
 #include <QMessageBox>
-#include <QPointer>
 
 namespace kordel::host {
 
@@ -132,32 +131,7 @@ void QtUi::showModal(QWidget &window) {
     dialog->exec();
     return;
   }
-
-  // Quits the loop when the window is hidden (closing hides it) or deleted.
-  class HideWatcher : public QObject {
-  public:
-    explicit HideWatcher(QEventLoop &loop) : loop_(loop) {}
-    bool eventFilter(QObject *, QEvent *event) override {
-      if (event->type() == QEvent::Hide)
-        loop_.quit();
-      return false;
-    }
-
-  private:
-    QEventLoop &loop_;
-  };
-
-  QEventLoop loop;
-  HideWatcher watcher(loop);
-  QPointer<QWidget> guarded(&window);
-  QObject::connect(&window, &QObject::destroyed, &loop, &QEventLoop::quit);
-  window.installEventFilter(&watcher);
-  window.setWindowModality(Qt::ApplicationModal);
-  window.show();
-  if (window.isVisible())
-    loop.exec();
-  if (guarded)
-    guarded->removeEventFilter(&watcher);
+  engine::runWindowLoop(window);
 }
 
 void QtUi::setWaitCursor(bool busy) {

@@ -24,24 +24,10 @@ private:
   QEventLoop &loop_;
 };
 
-void runOwnLoop(QWidget &window) {
-  QEventLoop loop;
-  HideWatcher watcher(loop);
-  QPointer<QWidget> guarded(&window);
-  QObject::connect(&window, &QObject::destroyed, &loop, &QEventLoop::quit);
-  window.installEventFilter(&watcher);
-  window.setWindowModality(Qt::ApplicationModal);
-  window.show();
-  if (window.isVisible())
-    loop.exec();
-  if (guarded)
-    guarded->removeEventFilter(&watcher);
-}
-
 void warningBox(const QString &title, const QString &text) { QMessageBox::warning(nullptr, title, text); }
 
 ModalPresenter &modalPresenter() {
-  static ModalPresenter presenter = runOwnLoop;
+  static ModalPresenter presenter = runWindowLoop;
   return presenter;
 }
 
@@ -53,7 +39,7 @@ MessagePresenter &messagePresenter() {
 } // namespace
 
 void setModalPresenter(ModalPresenter presenter) {
-  modalPresenter() = presenter ? std::move(presenter) : ModalPresenter(runOwnLoop);
+  modalPresenter() = presenter ? std::move(presenter) : ModalPresenter(runWindowLoop);
 }
 
 void setMessagePresenter(MessagePresenter presenter) {
@@ -70,6 +56,20 @@ void presentModal(QWidget &window) {
 void presentMessage(const QString &title, const QString &text) {
   const MessagePresenter presenter = messagePresenter();
   presenter(title, text);
+}
+
+void runWindowLoop(QWidget &window) {
+  QEventLoop loop;
+  HideWatcher watcher(loop);
+  QPointer<QWidget> guarded(&window);
+  QObject::connect(&window, &QObject::destroyed, &loop, &QEventLoop::quit);
+  window.installEventFilter(&watcher);
+  window.setWindowModality(Qt::ApplicationModal);
+  window.show();
+  if (window.isVisible())
+    loop.exec();
+  if (guarded)
+    guarded->removeEventFilter(&watcher);
 }
 
 } // namespace kordel::engine

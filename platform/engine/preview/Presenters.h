@@ -26,6 +26,10 @@ void setModalPresenter(ModalPresenter presenter);
 void setMessagePresenter(MessagePresenter presenter);
 
 void presentModal(QWidget &window);
+// Shows a window application-modal and runs an event loop until it is
+// hidden or deleted: the default presenter, and the way for a host's user
+// interface to show windows that are not dialogs.
+void runWindowLoop(QWidget &window);
 void presentMessage(const QString &title, const QString &text);
 
 } // namespace kordel::engine
