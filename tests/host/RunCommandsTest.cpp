@@ -531,4 +531,13 @@ TEST_F(RunCommands, PreviewShowsTheReportsPagesUntilTheWindowIsClosed) {
   EXPECT_TRUE(found) << "the window shows the records of the range";
 }
 
+// Without a display and without a chosen window platform, a preview would
+// open where nobody can close it; the command refuses instead.
+TEST_F(RunCommands, PreviewWithoutADisplayIsRefused) {
+  const OrvexRun run = orvex({"preview", "--report", kCompanyList, "--all"},
+                             {{"QT_QPA_PLATFORM", ""}, {"DISPLAY", ""}, {"WAYLAND_DISPLAY", ""}});
+  EXPECT_EQ(run.exitCode, 1);
+  EXPECT_TRUE(run.err.startsWith(QStringLiteral("orvex: The preview needs a display"))) << run.err.toStdString();
+}
+
 } // namespace

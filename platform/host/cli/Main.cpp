@@ -14,6 +14,7 @@
 #include "host/IniTranslator.h"
 #include "host/SettingsStore.h"
 
+#include "cli/Options.h"
 #include "core/Error.h"
 
 #include <QApplication>
@@ -91,10 +92,13 @@ int usage() {
 } // namespace
 
 int main(int argc, char **argv) {
-  // Without a display the command line still works: windows render offscreen.
-  if (!qEnvironmentVariableIsSet("DISPLAY") && !qEnvironmentVariableIsSet("WAYLAND_DISPLAY"))
-    qputenv("QT_QPA_PLATFORM",
-            qgetenv("QT_QPA_PLATFORM").isEmpty() ? QByteArray("offscreen") : qgetenv("QT_QPA_PLATFORM"));
+  // Without a display the command line still works: windows render
+  // offscreen, and the commands that need a screen refuse to run.
+  const bool chosenPlatform = !qgetenv("QT_QPA_PLATFORM").isEmpty();
+  const bool display = !qEnvironmentVariableIsEmpty("DISPLAY") || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
+  host::cli::setWindowsReachTheUser(display || chosenPlatform);
+  if (!display && !chosenPlatform)
+    qputenv("QT_QPA_PLATFORM", "offscreen");
   // Qt wants a private runtime folder; a bare shell or CI may not have one.
   if (!qEnvironmentVariableIsSet("XDG_RUNTIME_DIR")) {
     const QByteArray runtime = QDir::tempPath().toLocal8Bit() + "/orvex-runtime-" + QByteArray::number(getuid());

@@ -19,4 +19,12 @@ int wholeNumber(const QString &text, const QString &option) {
   return value;
 }
 
+namespace {
+bool windowsReach = true;
+} // namespace
+
+bool windowsReachTheUser() { return windowsReach; }
+
+void setWindowsReachTheUser(bool reach) { windowsReach = reach; }
+
 } // namespace kordel::host::cli

@@ -17,6 +17,7 @@
 #include "host/ReportCatalog.h"
 #include "host/ReportDocumentFile.h"
 
+#include "cli/Options.h"
 #include "core/Error.h"
 #include "hostapi/Addin.h"
 #include "hostapi/Classes.h"
@@ -217,6 +218,9 @@ int printReport(HostApplication &host, const QStringList &args) {
 
 int previewReport(HostApplication &host, const QStringList &args) {
   const RunRequest request = RunRequest::parse(RunMode::Preview, args);
+  if (!windowsReachTheUser())
+    raiseError(ErrorNumber::InvalidCall, QStringLiteral("orvex"),
+               QStringLiteral("The preview needs a display: none is set (DISPLAY or WAYLAND_DISPLAY)"));
   checkLanguage(request.language);
   ReportRun run(host, request);
   progress(QStringLiteral("Previewing %1").arg(run.subject()));
