@@ -110,8 +110,9 @@ TEST_F(CustomReportTest, TheAddinConnectsRegistersAndCountsItsConnections) {
   EXPECT_EQ(CurrentApplication(), other);
   first->IDTExtensibility2_OnDisconnection(0, Variant());
   EXPECT_EQ(ConnectionCount(), before - 1);
-  if (ConnectionCount() == 0)
+  if (ConnectionCount() == 0) {
     EXPECT_EQ(CurrentApplication(), nullptr) << "the last disconnection drops the application";
+  }
 
   auto a = first->IReportFactory_Create();
   auto b = first->IReportFactory_Create();

@@ -107,9 +107,10 @@ TEST_P(TextTest, TypesAndDataTypesSortValuesFromTexts) {
         raw << classes.at(c)->name() + u'.' + field->name();
       // Dates sort as dates, relations to many have no column: the types
       // must say so.
-      if (field->dataType() == DT::Date)
+      if (field->dataType() == DT::Date) {
         EXPECT_TRUE(field->type() == FT::Date || field->type() == FT::DateTime || field->type() >= 39)
             << field->name().toStdString();
+      }
     }
   }
   EXPECT_EQ(raw, QStringList({"company.turnover", "deal.value", "deal.probability", "product.price"}));

@@ -17,7 +17,7 @@ std::optional<QString> ScriptedUi::inputBox(const QString &prompt, const QString
   inputPrompts << prompt;
   if (inputAnswers.empty())
     return std::nullopt;
-  auto answer = inputAnswers.front();
+  std::optional<QString> answer = std::move(inputAnswers.front());
   inputAnswers.pop_front();
   return answer;
 }
