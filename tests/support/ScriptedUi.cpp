@@ -17,9 +17,12 @@ std::optional<QString> ScriptedUi::inputBox(const QString &prompt, const QString
   inputPrompts << prompt;
   if (inputAnswers.empty())
     return std::nullopt;
-  std::optional<QString> answer = std::move(inputAnswers.front());
+  const bool cancelled = !inputAnswers.front().has_value();
+  const QString text = inputAnswers.front().value_or(QString());
   inputAnswers.pop_front();
-  return answer;
+  if (cancelled)
+    return std::nullopt;
+  return text;
 }
 
 QString ScriptedUi::answerFileDialog(const hostapi::FileDialogRequest &request) {
