@@ -30,23 +30,24 @@ class UnboundField;
 //
 // Design note. The run owns the flow; the report's event sink (the add-in's
 // run-time object) and the layout's scripts only answer events. Order:
-// Initialize, ReportStart, DataInitialize, then the report header, then
-// rows: the run fetches one row ahead (FetchData with eof, True unless a
-// handler says otherwise) and keeps each row as a snapshot of the unbound
-// fields, so that it knows before formatting a row whether the next one
-// starts a new group. Per row: the group headers whose key changed (or all
-// at the first row), the detail, then the group footers, innermost first,
-// whose key changes at the next row (or all at the last). Then the report
-// footer, ReportEnd and Terminate (which a run for printing or a preview
-// leaves to the end of those). Each showing of a section raises
-// <Section>_Format, is formatted into a band unless it is hidden, raises
-// <Section>_BeforePrint, is placed, and raises <Section>_AfterPrint; a
-// section's own script answers the same as OnFormat, OnBeforePrint and
-// OnAfterPrint. A top-level run places bands on pages (with PageStart,
-// the page header and footer, PageEnd); a sub report's run hands its bands
-// to the section that holds it and has no pages of its own. Script errors
-// do not stop a run: they are kept in the report's run errors with their
-// place, and the run goes on.
+// Initialize, ReportStart, DataInitialize (a sub report's run raises
+// DataInitialize before ReportStart, so that it knows its rows when it
+// starts), then the report header, then rows: the run fetches one row ahead
+// (FetchData with eof, True unless a handler says otherwise) and keeps each
+// row as a snapshot of the unbound fields, so that it knows before
+// formatting a row whether the next one starts a new group. Per row: the
+// group headers whose key changed (or all at the first row), the detail,
+// then the group footers, innermost first, whose key changes at the next row
+// (or all at the last). Then the report footer, ReportEnd and Terminate
+// (which a run for printing or a preview leaves to the end of those). Each
+// showing of a section raises <Section>_Format, is formatted into a band
+// unless it is hidden, raises <Section>_BeforePrint, is placed, and raises
+// <Section>_AfterPrint; a section's own script answers the same as OnFormat,
+// OnBeforePrint and OnAfterPrint. A top-level run places bands on pages
+// (with PageStart, the page header and footer, PageEnd); a sub report's run
+// hands its bands to the section that holds it and has no pages of its own.
+// Script errors do not stop a run: they are kept in the report's run errors
+// with their place, and the run goes on.
 class ReportRun {
 public:
   ReportRun(LayoutReport &report, PageDocument &document);
