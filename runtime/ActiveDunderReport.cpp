@@ -6,7 +6,6 @@
 #include "data/Records.h"
 #include "document/Page.h"
 #include "document/Report.h"
-#include "document/ReportFields.h"
 #include "hostapi/ReportContext.h"
 
 namespace kordel::addin {
@@ -93,10 +92,7 @@ void ActiveDunderReport::KeepBandOnPaper() {
 
 void ActiveDunderReport::ActiveReport_DataInitialize() {
   try {
-    const ObjectRef engineFields = layoutReport()->get(QStringLiteral("Fields")).toObject();
-    const auto fields = page_->Fields();
-    for (int i = 1; i <= fields->Count(); ++i)
-      engineFields->invoke(QStringLiteral("Add"), {fields->Item(i)->Name});
+    DeclareFields();
   } catch (...) {
     ErrorMessage(Source("ActiveReport_DataInitialize"));
   }

@@ -6,7 +6,6 @@
 #include "data/Records.h"
 #include "document/Page.h"
 #include "document/Report.h"
-#include "document/ReportFields.h"
 #include "hostapi/Pool.h"
 
 namespace kordel::addin {
@@ -23,16 +22,13 @@ void ActiveSubPage::AddSourceId(std::int32_t id) { sourceIds_->add(id); }
 
 void ActiveSubPage::LoadPage() {
   try {
-    sourceIds_ = std::dynamic_pointer_cast<hostapi::Pool>(CreateObject(QStringLiteral("Nuvo.Pool")));
+    const QString poolProgId = QString::fromLatin1(hostapi::kPoolProgId);
+    sourceIds_ = std::dynamic_pointer_cast<hostapi::Pool>(CreateObject(poolProgId));
     if (!sourceIds_)
-      raiseError(ErrorNumber::CannotCreateObject, QStringLiteral("Nuvo.Pool"));
-    const ObjectRef sections = layoutReport()->get(QStringLiteral("Sections")).toObject();
-    const int count = sections->get(QStringLiteral("Count")).toLong();
-    for (int i = 0; i < count; ++i) {
-      const ObjectRef section = sections->invoke(QStringLiteral("Item"), {i}).toObject();
+      raiseError(ErrorNumber::CannotCreateObject, poolProgId);
+    for (const ObjectRef &section : Sections())
       sectionVisible_.insert(section->get(QStringLiteral("Name")).toString(),
                              section->get(QStringLiteral("Visible")).toBool());
-    }
     PublishRecords();
     InitializeSubPages();
   } catch (...) {
@@ -46,13 +42,9 @@ void ActiveSubPage::ActiveReport_ReportStart() {
     layoutReport()->set(QStringLiteral("ScriptLanguage"), page_->Report()->ScriptLanguage());
     const bool hasRows = records_->RecordCount() >= 1;
     if (page_->HideEmptyPage()) {
-      const ObjectRef sections = layoutReport()->get(QStringLiteral("Sections")).toObject();
-      const int count = sections->get(QStringLiteral("Count")).toLong();
-      for (int i = 0; i < count; ++i) {
-        const ObjectRef section = sections->invoke(QStringLiteral("Item"), {i}).toObject();
+      for (const ObjectRef &section : Sections())
         if (sectionVisible_.value(section->get(QStringLiteral("Name")).toString()))
           section->set(QStringLiteral("Visible"), hasRows);
-      }
     }
     StartStripes();
   } catch (...) {
@@ -62,12 +54,8 @@ void ActiveSubPage::ActiveReport_ReportStart() {
 
 void ActiveSubPage::ActiveReport_DataInitialize() {
   try {
-    const ObjectRef engineFields = layoutReport()->get(QStringLiteral("Fields")).toObject();
-    if (engineFields->get(QStringLiteral("Count")).toLong() == 0) {
-      const auto fields = page_->Fields();
-      for (int i = 1; i <= fields->Count(); ++i)
-        engineFields->invoke(QStringLiteral("Add"), {fields->Item(i)->Name});
-    }
+    if (layoutReport()->get(QStringLiteral("Fields")).toObject()->get(QStringLiteral("Count")).toLong() == 0)
+      DeclareFields();
     records_->SetParentFilter(sourceIds_);
     sourceIds_->clear();
   } catch (...) {

@@ -71,12 +71,26 @@ std::shared_ptr<Dictionary> PageRun::lateSubPages() {
   return lateSubPages_;
 }
 
+std::vector<ObjectRef> PageRun::Sections() const {
+  const ObjectRef sections = layoutReport_->get(QStringLiteral("Sections")).toObject();
+  const int count = sections->get(QStringLiteral("Count")).toLong();
+  std::vector<ObjectRef> result;
+  result.reserve(std::size_t(count));
+  for (int i = 0; i < count; ++i)
+    result.push_back(sections->invoke(QStringLiteral("Item"), {i}).toObject());
+  return result;
+}
+
+void PageRun::DeclareFields() const {
+  const ObjectRef engineFields = layoutReport_->get(QStringLiteral("Fields")).toObject();
+  const auto fields = page_->Fields();
+  for (int i = 1; i <= fields->Count(); ++i)
+    engineFields->invoke(QStringLiteral("Add"), {fields->Item(i)->Name});
+}
+
 void PageRun::InitializeSubPages() {
   try {
-    const ObjectRef sections = layoutReport_->get(QStringLiteral("Sections")).toObject();
-    const int sectionCount = sections->get(QStringLiteral("Count")).toLong();
-    for (int s = 0; s < sectionCount; ++s) {
-      const ObjectRef section = sections->invoke(QStringLiteral("Item"), {s}).toObject();
+    for (const ObjectRef &section : Sections()) {
       const ObjectRef controls = section->get(QStringLiteral("Controls")).toObject();
       const int controlCount = controls->get(QStringLiteral("Count")).toLong();
       for (int c = 0; c < controlCount; ++c) {

@@ -67,6 +67,11 @@ protected:
   // control, and sorts the controls into early and late sub pages.
   void InitializeSubPages();
   void StartStripes();
+  // The layout's sections, in banded order.
+  std::vector<ObjectRef> Sections() const;
+  // Every field of the page becomes an unbound field of the engine by its
+  // name, which the layout's controls bind to.
+  void DeclareFields() const;
   QString Source(const char *procedure) const;
 
   const MemberTable &memberTable() const override;
