@@ -1,6 +1,7 @@
 #include "core/Object.h"
 
 #include "core/Error.h"
+#include "core/ScriptRights.h"
 
 namespace kordel {
 
@@ -23,6 +24,17 @@ const Member *MemberTable::find(const QString &name) const {
   if (it != index_.constEnd())
     return &members_[*it];
   return base_ ? base_->find(name) : nullptr;
+}
+
+Member fullRightsOnly(Member member) {
+  member.callNeedsFullRights = true;
+  member.setNeedsFullRights = true;
+  return member;
+}
+
+Member fullRightsToSet(Member member) {
+  member.setNeedsFullRights = true;
+  return member;
 }
 
 Variant applyArguments(const Variant &value, Args &args) {
@@ -99,6 +111,8 @@ const Member &Object::findMember(const QString &name) const {
 
 Variant Object::call(const QString &name, Args &args) {
   const Member &member = findMember(name);
+  if (member.callNeedsFullRights)
+    requireFullRights(typeName() + u'.' + member.name);
   return member.get(*this, args);
 }
 
@@ -121,6 +135,8 @@ void Object::set(const QString &name, Args &args, const Variant &value) {
     raiseError(ErrorNumber::NoSuchMember, typeName(),
                QStringLiteral("Property '%1' cannot be assigned").arg(member.name));
   }
+  if (member.setNeedsFullRights)
+    requireFullRights(typeName() + u'.' + member.name);
   member.set(*this, args, value);
 }
 

@@ -25,7 +25,18 @@ struct Member {
   Getter get;
   Setter set;
   bool isMethod = false;
+  // Members that reach beyond the report (files, printing, settings, the
+  // log, the running report itself) refuse layout scripts: a call or read
+  // with callNeedsFullRights, a write with setNeedsFullRights
+  // (core/ScriptRights.h).
+  bool callNeedsFullRights = false;
+  bool setNeedsFullRights = false;
 };
+
+// The member, refused to layout scripts as a whole.
+Member fullRightsOnly(Member member);
+// The member, readable by layout scripts but not writable by them.
+Member fullRightsToSet(Member member);
 
 // The members of a class, declared once beside the class. Names are found
 // without regard to case. A table may extend the table of a base class; the

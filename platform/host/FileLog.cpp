@@ -70,19 +70,19 @@ void FileLog::append(const QString &level, const QStringList &fields) {
 
 const MemberTable &FileLog::memberTable() const {
   static const MemberTable table{{
-      method<FileLog>("WriteLogEntry",
-                      [](FileLog &log, Args &a) {
-                        expectArgs(a, 5, 5);
-                        log.writeLogEntry(a[0].toLong(), a[1].toString(), a[2].toString(), a[3].toString(),
-                                          a[4].toString());
-                        return Variant();
-                      }),
-      method<FileLog>("LogEvent",
-                      [](FileLog &log, Args &a) {
-                        expectArgs(a, 1, 1);
-                        log.logEvent(a[0].toString());
-                        return Variant();
-                      }),
+      fullRightsOnly(method<FileLog>("WriteLogEntry",
+                                     [](FileLog &log, Args &a) {
+                                       expectArgs(a, 5, 5);
+                                       log.writeLogEntry(a[0].toLong(), a[1].toString(), a[2].toString(),
+                                                         a[3].toString(), a[4].toString());
+                                       return Variant();
+                                     })),
+      fullRightsOnly(method<FileLog>("LogEvent",
+                                     [](FileLog &log, Args &a) {
+                                       expectArgs(a, 1, 1);
+                                       log.logEvent(a[0].toString());
+                                       return Variant();
+                                     })),
   }};
   return table;
 }

@@ -28,11 +28,25 @@
 
 #include "core/Dictionary.h"
 #include "core/Error.h"
+#include "core/ScriptRights.h"
+
+#include "engine/run/RunSettings.h"
 
 #include <QCoreApplication>
 #include <QLocale>
 
+#include <cstdio>
+
 namespace kordel::host {
+
+namespace {
+
+// The layout engine's settings: ScriptSeconds, the time all scripts of one
+// report run may take together (10), and ScriptMegabytes, the memory they
+// may hold (256).
+constexpr const char *kEngineSettingsKey = "HKEY_CURRENT_USER\\Software\\Skarnholt\\Orvex\\LayoutEngine";
+
+} // namespace
 
 HostApplication::HostApplication(std::shared_ptr<SettingsStore> settings, std::shared_ptr<FileLog> log,
                                  QString language)
@@ -63,6 +77,47 @@ HostApplication::HostApplication(std::shared_ptr<SettingsStore> settings, std::s
       [this](const QString &progId, nuvo::ProgIdFactory factory) { registerProgId(progId, std::move(factory)); },
       [this] { return database_; });
   presentEngineWindowsThroughUi();
+  configureEngineRuns();
+}
+
+HostApplication::~HostApplication() = default;
+
+void HostApplication::configureEngineRuns() {
+  engine::RunSettings &run = engine::runSettings();
+  const auto setting = [this](const char *name, int fallback) {
+    try {
+      const auto text = settings_->read(QString::fromLatin1(kEngineSettingsKey), QString::fromLatin1(name));
+      bool ok = false;
+      const int value = text ? text->toInt(&ok) : 0;
+      return ok && value > 0 ? value : fallback;
+    } catch (...) {
+      return fallback; // an unreadable settings file leaves the defaults
+    }
+  };
+  run.scriptLimits.time = std::chrono::seconds(setting("ScriptSeconds", 10));
+  run.scriptLimits.memoryBytes = qint64(setting("ScriptMegabytes", 256)) << 20;
+  run.objectFactory = [this, alive = std::weak_ptr<void>(alive_)](const QString &progId) -> ObjectRef {
+    return alive.expired() ? nullptr : createObject(progId);
+  };
+  run.reportProblems = [log = log_](const QString &documentName, const QStringList &problems) {
+    const QString report = documentName.isEmpty() ? QStringLiteral("the report") : u'"' + documentName + u'"';
+    std::fprintf(stderr, "%s\n",
+                 qPrintable(QStringLiteral("orvex: %1 problem(s) in the run of %2:").arg(problems.size()).arg(report)));
+    constexpr int kShown = 5;
+    for (int i = 0; i < problems.size() && i < kShown; ++i)
+      std::fprintf(stderr, "  %s\n", qPrintable(problems[i]));
+    if (problems.size() > kShown)
+      std::fprintf(stderr, "  ... and %d more, in the log\n", int(problems.size() - kShown));
+    if (!log)
+      return;
+    for (const QString &problem : problems) {
+      try {
+        log->logEvent(QStringLiteral("Layout run of %1: %2").arg(report, problem));
+      } catch (...) {
+        // A log that cannot be written loses the entry; standard error has it.
+      }
+    }
+  };
 }
 
 void HostApplication::presentEngineWindowsThroughUi() {
@@ -137,7 +192,13 @@ const MemberTable &HostApplication::memberTable() const {
       method<HostApplication>("CreateObject",
                               [](HostApplication &a, Args &args) {
                                 expectArgs(args, 1, 1);
-                                return a.createObject(args[0].toString());
+                                const QString progId = args[0].toString();
+                                // A layout script reaching the host through
+                                // Extensions.Application makes no more than
+                                // its own CreateObject does.
+                                if (runningLayoutScript() && !layoutScriptMayCreate(progId))
+                                  requireFullRights(QStringLiteral("Application.CreateObject(\"%1\")").arg(progId));
+                                return a.createObject(progId);
                               }),
       property<HostApplication>("ApplicationLog", [](HostApplication &a) { return Variant(a.applicationLog()); }),
       property<HostApplication>("Database", [](HostApplication &a) { return Variant(ObjectRef(a.database())); }),
@@ -147,12 +208,12 @@ const MemberTable &HostApplication::memberTable() const {
       property<HostApplication>("ActiveExplorer",
                                 [](HostApplication &a) { return Variant(ObjectRef(a.activeExplorer())); }),
       property<HostApplication>("ActiveUser", [](HostApplication &a) { return Variant(ObjectRef(a.activeUser())); }),
-      method<HostApplication>("RegisterReportFactory",
-                              [](HostApplication &a, Args &args) {
-                                expectArgs(args, 1, 1);
-                                a.registerReportFactory(args[0].toString());
-                                return Variant();
-                              }),
+      fullRightsOnly(method<HostApplication>("RegisterReportFactory",
+                                             [](HostApplication &a, Args &args) {
+                                               expectArgs(args, 1, 1);
+                                               a.registerReportFactory(args[0].toString());
+                                               return Variant();
+                                             })),
   }};
   return table;
 }

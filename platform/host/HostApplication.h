@@ -31,7 +31,12 @@ public:
   using Factory = std::function<ObjectRef()>;
 
   // An empty language takes defaultLanguage().
+  // Also tells the layout engine how its runs make objects for layout
+  // scripts, what their scripts may spend (the settings ScriptSeconds and
+  // ScriptMegabytes under ...\Orvex\LayoutEngine) and where problems of a
+  // run go: standard error and the application log.
   HostApplication(std::shared_ptr<SettingsStore> settings, std::shared_ptr<FileLog> log, QString language = {});
+  ~HostApplication() override;
 
   // ORVEX_LANGUAGE when set, else the system's language when it is one of
   // ours ("en", "sv"), else "en".
@@ -76,6 +81,7 @@ private:
   // the desktop shows them, the command line refuses them and tests drive
   // them.
   static void presentEngineWindowsThroughUi();
+  void configureEngineRuns();
 
   std::shared_ptr<SettingsStore> settings_;
   std::shared_ptr<FileLog> log_;
@@ -85,6 +91,7 @@ private:
   QString language_;
   int mousePointer_ = hostapi::MousePointer::Default;
   QHash<QString, Factory> factories_; // folded ProgID -> factory
+  std::shared_ptr<void> alive_ = std::make_shared<int>(); // for the engine's factory, which outlives no host
 };
 
 } // namespace kordel::host

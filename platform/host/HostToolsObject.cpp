@@ -86,12 +86,12 @@ const MemberTable &HostToolsObject::memberTable() const {
                                 return t.fileName(a[0].toString());
                               }),
       property<HostToolsObject>("DefaultPrinterName", [](HostToolsObject &t) { return t.defaultPrinterName(); }),
-      method<HostToolsObject>("LoadIconPicture",
-                              [](HostToolsObject &t, Args &a) {
-                                expectArgs(a, 4, 4);
-                                return Variant(
-                                    t.loadIconPicture(a[0].toText(), a[1].toString(), a[2].toLong(), a[3].toLong()));
-                              }),
+      fullRightsOnly(method<HostToolsObject>("LoadIconPicture",
+                                             [](HostToolsObject &t, Args &a) {
+                                               expectArgs(a, 4, 4);
+                                               return Variant(t.loadIconPicture(a[0].toText(), a[1].toString(),
+                                                                                a[2].toLong(), a[3].toLong()));
+                                             })),
   }};
   return table;
 }

@@ -34,12 +34,12 @@ const MemberTable &RegistryKeyObject::memberTable() const {
                                   expectArgs(a, 1, 2);
                                   return r.read(a[0].toString(), arg(a, 1));
                                 }),
-      method<RegistryKeyObject>("Write",
-                                [](RegistryKeyObject &r, Args &a) {
-                                  expectArgs(a, 2, 2);
-                                  r.write(a[0].toString(), a[1].toString());
-                                  return Variant();
-                                }),
+      fullRightsOnly(method<RegistryKeyObject>("Write",
+                                               [](RegistryKeyObject &r, Args &a) {
+                                                 expectArgs(a, 2, 2);
+                                                 r.write(a[0].toString(), a[1].toString());
+                                                 return Variant();
+                                               })),
   }};
   return table;
 }

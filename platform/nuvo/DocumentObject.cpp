@@ -47,18 +47,18 @@ const MemberTable &DocumentObject::memberTable() const {
       property<DocumentObject>(
           "Contents", [](DocumentObject &d) { return d.contents(); },
           [](DocumentObject &d, const Variant &v) { d.setContents(v); }),
-      method<DocumentObject>("LoadFromFile",
-                             [](DocumentObject &d, Args &a) {
-                               expectArgs(a, 1, 1);
-                               d.loadFromFile(a[0].toString());
-                               return Variant();
-                             }),
-      method<DocumentObject>("SaveToFile",
-                             [](DocumentObject &d, Args &a) {
-                               expectArgs(a, 1, 1);
-                               d.saveToFile(a[0].toString());
-                               return Variant();
-                             }),
+      fullRightsOnly(method<DocumentObject>("LoadFromFile",
+                                            [](DocumentObject &d, Args &a) {
+                                              expectArgs(a, 1, 1);
+                                              d.loadFromFile(a[0].toString());
+                                              return Variant();
+                                            })),
+      fullRightsOnly(method<DocumentObject>("SaveToFile",
+                                            [](DocumentObject &d, Args &a) {
+                                              expectArgs(a, 1, 1);
+                                              d.saveToFile(a[0].toString());
+                                              return Variant();
+                                            })),
   }};
   return table;
 }

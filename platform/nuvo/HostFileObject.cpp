@@ -141,11 +141,11 @@ const MemberTable &HostFileObject::memberTable() const {
                                f.open(a[0].toObject(), a[1].toLong(), a[2].toLong(), attributes);
                                return Variant();
                              }),
-      method<HostFileObject>("Save",
-                             [](HostFileObject &f, Args &) {
-                               f.save();
-                               return Variant();
-                             }),
+      fullRightsOnly(method<HostFileObject>("Save",
+                                            [](HostFileObject &f, Args &) {
+                                              f.save();
+                                              return Variant();
+                                            })),
       method<HostFileObject>("Reload",
                              [](HostFileObject &f, Args &) {
                                f.reload();

@@ -15,6 +15,8 @@
 
 namespace kordel::script {
 
+class RunBudget;
+
 // A compile or run-time error of a script, with the place it happened.
 // Lines and columns count from 1 within the text given to addCode or
 // evaluate; 0 when the error arose outside any statement.
@@ -64,9 +66,10 @@ struct ScriptBudget {
   int milliseconds = 30000;    // wall-clock time of the entry
   std::int64_t statements = 0; // statements and loop turns executed
   int recursionDepth = 1000;   // nested procedure calls
-  // The largest string and array a script may build.
-  qsizetype maxStringLength = qsizetype(1) << 26;
-  qsizetype maxArrayElements = qsizetype(1) << 23;
+  // The largest string and array a script may build (64 MB each); more
+  // raises Out of memory (7).
+  qsizetype maxStringLength = qsizetype(32) << 20;
+  qsizetype maxArrayElements = (qsizetype(64) << 20) / qsizetype(sizeof(Variant));
 };
 
 // The user-interface seam: MsgBox and InputBox reach the user only through
@@ -127,6 +130,12 @@ public:
   // Whether scripts may run code given as text (Execute, ExecuteGlobal,
   // Eval). Off by default; when off those raise 70.
   virtual void setDynamicCodeAllowed(bool allowed) = 0;
+  // Runs every entry with the rights of a layout script
+  // (core/ScriptRights.h) and charges it to a budget shared with the other
+  // engines of a report run (RunBudget.h). Once the run's budget is spent,
+  // script code ends with its error, which no handler of the script
+  // catches.
+  virtual void setLayoutRights(std::shared_ptr<RunBudget> runBudget) = 0;
 };
 
 // A new engine for a language named as layouts name it ("VBScript",

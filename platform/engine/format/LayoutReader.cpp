@@ -241,6 +241,9 @@ void takeInto(LayoutReport &report, const ReadLayout &layout) {
 
 } // namespace
 
-void loadLayout(LayoutReport &report, const QByteArray &bytes) { takeInto(report, LayoutReader().read(bytes)); }
+void loadLayout(LayoutReport &report, const QByteArray &bytes) {
+  report.refuseWhileHeld(QStringLiteral("LoadLayout"));
+  takeInto(report, LayoutReader().read(bytes));
+}
 
 } // namespace kordel::engine

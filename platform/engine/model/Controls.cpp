@@ -158,9 +158,11 @@ const MemberTable &SubReport::memberTable() const {
           property<S>(
               "ReportName", [](S &s) { return s.reportName; },
               [](S &s, const Variant &v) { s.reportName = v.toString(); }),
-          property<S>(
+          // Plugging a report in changes the running report: the run-time
+          // object does it, never a layout script.
+          fullRightsToSet(property<S>(
               "Report", [](S &s) { return Variant(s.report); },
-              [](S &s, const Variant &v) { s.report = v.toObject(); }),
+              [](S &s, const Variant &v) { s.report = v.toObject(); })),
           // The object that answers the plugged-in report's
           // events, or the report itself.
           property<S>("Object",
@@ -259,9 +261,11 @@ int Controls::indexOf(const Variant &indexOrName) const {
 std::shared_ptr<Control> Controls::item(const Variant &indexOrName) const { return at(indexOf(indexOrName)); }
 
 std::shared_ptr<Control> Controls::add(const QString &progId) {
-  auto control = createControl(progId);
   const auto section = owner_.lock();
   const auto report = section ? section->report() : nullptr;
+  if (report)
+    report->refuseWhileHeld(QStringLiteral("Controls.Add"));
+  auto control = createControl(progId);
   const QString stem = control->typeName();
   if (report) {
     control->name = report->uniqueControlName(stem);
@@ -281,6 +285,9 @@ void Controls::append(const std::shared_ptr<Control> &control) {
 }
 
 void Controls::remove(const Variant &indexOrName) {
+  if (const auto section = owner_.lock())
+    if (const auto report = section->report())
+      report->refuseWhileHeld(QStringLiteral("Controls.Remove"));
   const int index = indexOf(indexOrName);
   controls_[std::size_t(index)]->setSection(nullptr);
   controls_.erase(controls_.begin() + index);

@@ -8,6 +8,7 @@
 #include "engine/run/ReportRun.h"
 
 #include "core/Error.h"
+#include "core/ScriptRights.h"
 
 namespace kordel::engine {
 
@@ -167,6 +168,12 @@ QString LayoutReport::uniqueControlName(const QString &stem) const {
 
 void LayoutReport::run() { runOntoNewPages(); }
 
+void LayoutReport::refuseWhileHeld(const QString &what) const {
+  if (runHolds_ > 0)
+    raiseError(ErrorNumber::InvalidCall, QStringLiteral("ActiveReport.") + what,
+               QStringLiteral("The report is running: %1 cannot change it until the run has ended").arg(what));
+}
+
 // The members of the layout; memberTable adds those of printing and the
 // preview (LayoutReportOutput.cpp).
 const MemberTable &LayoutReport::layoutMemberTable() {
@@ -180,14 +187,23 @@ const MemberTable &LayoutReport::layoutMemberTable() {
           "ScriptLanguage", [](R &r) { return r.scriptLanguage; },
           [](R &r, const Variant &v) {
             const QString language = v.toString();
+            // A sub report's run-time object sets the same language again
+            // at each showing; only a change comes too late.
+            if (r.languageFixed_ && language.compare(r.scriptLanguage, Qt::CaseInsensitive) != 0)
+              r.refuseWhileHeld(QStringLiteral("ScriptLanguage"));
             if (language.compare(QLatin1String("VBScript"), Qt::CaseInsensitive) != 0 &&
                 language.compare(QLatin1String("JScript"), Qt::CaseInsensitive) != 0)
               raiseError(ErrorNumber::InvalidCall, QStringLiteral("ActiveReport.ScriptLanguage"),
                          QStringLiteral("Scripts are VBScript or JScript, not \"%1\"").arg(language));
             r.scriptLanguage = language;
           }),
-      property<R>(
-          "Script", [](R &r) { return r.script; }, [](R &r, const Variant &v) { r.script = v.toString(); }),
+      // Setting the script runs code from a string: no layout script may.
+      fullRightsToSet(property<R>(
+          "Script", [](R &r) { return r.script; },
+          [](R &r, const Variant &v) {
+            r.refuseWhileHeld(QStringLiteral("Script"));
+            r.script = v.toString();
+          })),
       property<R>(
           "PrintWidth", [](R &r) { return double(r.printWidth); },
           [](R &r, const Variant &v) { r.printWidth = twips(v); }),
@@ -198,29 +214,30 @@ const MemberTable &LayoutReport::layoutMemberTable() {
       property<R>(
           "Caption", [](R &r) { return r.caption; }, [](R &r, const Variant &v) { r.caption = v.toString(); }),
       // The object that answers the run's events; held weakly, see eventSink.
-      property<R>(
+      fullRightsToSet(property<R>(
           "EventSink", [](R &r) { return Variant(r.eventSink()); },
-          [](R &r, const Variant &v) { r.setEventSink(v.isObject() ? v.toObject() : ObjectRef()); }),
+          [](R &r, const Variant &v) { r.setEventSink(v.isObject() ? v.toObject() : ObjectRef()); })),
       property<R>("Pages", [](R &r) { return Variant(ObjectRef(std::make_shared<PagesObject>(r.pages()))); }),
-      method<R>("Run",
-                [](R &r, Args &a) {
-                  expectArgs(a, 0, 1); // Run(async): a run always ends before the call returns
-                  r.run();
-                  return Variant();
-                }),
-      method<R>("AddNamedItem",
-                [](R &r, Args &a) {
-                  expectArgs(a, 2, 2);
-                  r.addNamedItem(a[0].toString(), a[1].toObject());
-                  return Variant();
-                }),
+      fullRightsOnly(method<R>("Run",
+                               [](R &r, Args &a) {
+                                 expectArgs(a, 0, 1); // Run(async): a run always ends before the call returns
+                                 r.refuseWhileHeld(QStringLiteral("Run"));
+                                 r.run();
+                                 return Variant();
+                               })),
+      fullRightsOnly(method<R>("AddNamedItem",
+                               [](R &r, Args &a) {
+                                 expectArgs(a, 2, 2);
+                                 r.addNamedItem(a[0].toString(), a[1].toObject());
+                                 return Variant();
+                               })),
       // LoadLayout(bytes): a byte array, or a string taken as its UTF-8 bytes.
-      method<R>("LoadLayout",
-                [](R &r, Args &a) {
-                  expectArgs(a, 1, 1);
-                  loadLayout(r, a[0].isByteArray() ? a[0].rawBytes() : a[0].toString().toUtf8());
-                  return Variant();
-                }),
+      fullRightsOnly(method<R>("LoadLayout",
+                               [](R &r, Args &a) {
+                                 expectArgs(a, 1, 1);
+                                 loadLayout(r, a[0].isByteArray() ? a[0].rawBytes() : a[0].toString().toUtf8());
+                                 return Variant();
+                               })),
       // SaveLayout(path, format, out): to the file, or with an empty path
       // into the ByRef out and as the result.
       method<R>("SaveLayout",
@@ -233,6 +250,7 @@ const MemberTable &LayoutReport::layoutMemberTable() {
                         QStringLiteral("Layouts are saved in format %1, not %2").arg(kXmlLayoutFormat).arg(format));
                   const QString path = a[0].toString();
                   if (!path.isEmpty()) {
+                    requireFullRights(QStringLiteral("ActiveReport.SaveLayout to a file"));
                     saveLayoutFile(r, path);
                     return Variant();
                   }

@@ -107,12 +107,31 @@ public:
   // Whether any control of any section has the name.
   bool hasControlNamed(const QString &name) const;
 
+  // A run holds the report from its start until the run object is gone
+  // (the events of a printing or a preview after the run still reach its
+  // scripts). While it is held, nothing may change what the run walks:
+  // LoadLayout, Run, PrintReport, Show, Script, EventSink and adding or
+  // removing sections and controls raise 5 naming what was refused, and
+  // ScriptLanguage raises once the run has compiled its scripts.
+  void holdForRun() { ++runHolds_; }
+  void releaseFromRun() {
+    --runHolds_;
+    languageFixed_ = runHolds_ > 0 && languageFixed_;
+  }
+  bool heldByRun() const { return runHolds_ > 0; }
+  void fixScriptLanguage() { languageFixed_ = true; }
+  // Raises 5 when a run holds the report; what names the member refused.
+  void refuseWhileHeld(const QString &what) const;
+
   // The object that answers the run's events by name
   // ("ActiveReport_FetchData", "Detail_Format" ...); nullptr for none. The
   // report does not keep it alive: the sink is the run-time object that
   // owns the report, and a strong reference back would keep both forever.
   ObjectRef eventSink() const { return eventSink_.lock(); }
-  void setEventSink(const ObjectRef &sink) { eventSink_ = sink; }
+  void setEventSink(const ObjectRef &sink) {
+    refuseWhileHeld(QStringLiteral("EventSink"));
+    eventSink_ = sink;
+  }
 
   // Runs the layout onto new pages. Script errors do not stop a run; they
   // are kept, each with its place, in runErrors.
@@ -171,6 +190,8 @@ private:
   std::weak_ptr<Object> eventSink_;
   std::shared_ptr<PageDocument> pages_;
   QStringList runErrors_;
+  int runHolds_ = 0;
+  bool languageFixed_ = false;
   std::unique_ptr<Output> output_; // while the preview is open
   QPointer<PreviewWindow> preview_;
 };

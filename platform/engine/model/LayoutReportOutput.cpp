@@ -162,18 +162,20 @@ const MemberTable &LayoutReport::memberTable() const {
   using R = LayoutReport;
   static const MemberTable table{
       {
-          method<R>("PrintReport",
-                    [](R &r, Args &a) {
-                      expectArgs(a, 1, 1);
-                      r.printReport(a[0].toBool());
-                      return Variant();
-                    }),
-          method<R>("Show",
-                    [](R &r, Args &a) {
-                      expectArgs(a, 1, 1);
-                      r.show(a[0].toBool());
-                      return Variant();
-                    }),
+          fullRightsOnly(method<R>("PrintReport",
+                                   [](R &r, Args &a) {
+                                     expectArgs(a, 1, 1);
+                                     r.refuseWhileHeld(QStringLiteral("PrintReport"));
+                                     r.printReport(a[0].toBool());
+                                     return Variant();
+                                   })),
+          fullRightsOnly(method<R>("Show",
+                                   [](R &r, Args &a) {
+                                     expectArgs(a, 1, 1);
+                                     r.refuseWhileHeld(QStringLiteral("Show"));
+                                     r.show(a[0].toBool());
+                                     return Variant();
+                                   })),
           method<R>("Close",
                     [](R &r, Args &a) {
                       expectArgs(a, 0, 0);

@@ -87,6 +87,8 @@ std::shared_ptr<Section> Sections::item(const Variant &indexOrName) const {
 }
 
 std::shared_ptr<Section> Sections::add(const QString &name, int index, SectionType type, float height) {
+  if (const auto report = owner_.lock())
+    report->refuseWhileHeld(QStringLiteral("Sections.Add"));
   if (find(name))
     raiseError(ErrorNumber::DuplicateKey, QStringLiteral("Sections.Add"),
                QStringLiteral("The layout has a section \"%1\" already").arg(name));
@@ -101,6 +103,8 @@ std::shared_ptr<Section> Sections::add(const QString &name, int index, SectionTy
 }
 
 void Sections::remove(int index) {
+  if (const auto report = owner_.lock())
+    report->refuseWhileHeld(QStringLiteral("Sections.Remove"));
   at(index);
   sections_.erase(sections_.begin() + index);
 }

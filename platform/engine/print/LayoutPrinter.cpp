@@ -114,13 +114,15 @@ void LayoutPrinter::setPaperHeight(float twips) { setOrientedPaper(QSizeF(orient
 const MemberTable &LayoutPrinter::memberTable() const {
   using P = LayoutPrinter;
   static const MemberTable table{{
-      property<P>(
+      // Where pages go and how many are printed is the user's choice, never
+      // a layout script's.
+      fullRightsToSet(property<P>(
           "DeviceName", [](P &p) { return p.deviceName(); },
-          [](P &p, const Variant &v) { p.setDeviceName(v.toString()); }),
+          [](P &p, const Variant &v) { p.setDeviceName(v.toString()); })),
       property<P>("Port", [](P &p) { return p.port(); }),
-      property<P>(
+      fullRightsToSet(property<P>(
           "PaperBin", [](P &p) { return std::int16_t(p.paperBin()); },
-          [](P &p, const Variant &v) { p.setPaperBin(v.toInteger()); }),
+          [](P &p, const Variant &v) { p.setPaperBin(v.toInteger()); })),
       property<P>("PaperBins",
                   [](P &p) {
                     std::vector<Variant> numbers;
@@ -138,9 +140,9 @@ const MemberTable &LayoutPrinter::memberTable() const {
       property<P>(
           "Orientation", [](P &p) { return std::int16_t(p.orientation()); },
           [](P &p, const Variant &v) { p.setOrientation(v.toInteger()); }),
-      property<P>(
+      fullRightsToSet(property<P>(
           "Copies", [](P &p) { return std::int16_t(p.copies()); },
-          [](P &p, const Variant &v) { p.setCopies(v.toInteger()); }),
+          [](P &p, const Variant &v) { p.setCopies(v.toInteger()); })),
       property<P>(
           "PaperWidth", [](P &p) { return p.paperWidth(); },
           [](P &p, const Variant &v) { p.setPaperWidth(v.toSingle()); }),

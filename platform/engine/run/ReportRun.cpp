@@ -7,7 +7,11 @@
 #include "engine/run/Paginator.h"
 #include "engine/run/SectionRenderer.h"
 
+#include "engine/run/RunSettings.h"
+
 #include "core/Error.h"
+#include "core/ScriptRights.h"
+#include "script/RunBudget.h"
 #include "script/ScriptEngine.h"
 
 #include <cmath>
@@ -33,6 +37,14 @@ bool isSummary(const Field &field) {
 
 bool isExpression(const QString &dataField) { return dataField.startsWith(u'='); }
 
+const QString kReportStart = QStringLiteral("ActiveReport_ReportStart");
+
+QString placeOf(const Field &field) {
+  const auto section = field.section();
+  return section ? QStringLiteral("field %1 in section %2").arg(field.name, section->name)
+                 : QStringLiteral("field %1").arg(field.name);
+}
+
 template <class F> void forEachField(const LayoutReport &report, F visit) {
   for (const auto &section : report.sections()->all())
     for (const auto &control : section->controls()->all())
@@ -42,9 +54,17 @@ template <class F> void forEachField(const LayoutReport &report, F visit) {
 
 } // namespace
 
-ReportRun::ReportRun(LayoutReport &report, PageDocument &document) : report_(report), document_(document) {}
+ReportRun::ReportRun(LayoutReport &report, PageDocument &document, std::shared_ptr<script::RunBudget> budget)
+    : report_(report), document_(document), budget_(std::move(budget)), problemsTo_(&report) {
+  report_.holdForRun();
+}
 
-ReportRun::~ReportRun() = default;
+ReportRun::~ReportRun() {
+  subRuns_.clear();
+  sectionScripts_.clear();
+  reportScript_.reset();
+  report_.releaseFromRun();
+}
 
 // ---- Preparing ----
 
@@ -77,18 +97,36 @@ void ReportRun::prepare() {
   };
   hooks.subReport = [this](SubReport &control, Twips width) { return subReportBands(control, width); };
   renderer_ = std::make_unique<SectionRenderer>(document_, std::move(hooks));
-  compileScripts();
+}
+
+std::unique_ptr<script::ScriptEngine> ReportRun::layoutScriptEngine() {
+  auto engine = script::createScriptEngine(report_.scriptLanguage);
+  engine->setLayoutRights(budget_);
+  engine->setObjectFactory([](const QString &progId) -> ObjectRef {
+    if (!layoutScriptMayCreate(progId))
+      requireFullRights(QStringLiteral("CreateObject(\"%1\")").arg(progId));
+    const auto &hostFactory = runSettings().objectFactory;
+    return hostFactory ? hostFactory(progId) : nullptr;
+  });
+  engine->addNamedItem(QStringLiteral("rpt"), report_.shared_from_this());
+  for (const auto &[name, object] : report_.namedItems())
+    engine->addNamedItem(name, object);
+  return engine;
 }
 
 void ReportRun::compileScripts() {
-  const auto addItems = [this](script::ScriptEngine &engine) {
-    engine.addNamedItem(QStringLiteral("rpt"), report_.shared_from_this());
-    for (const auto &[name, object] : report_.namedItems())
-      engine.addNamedItem(name, object);
-  };
+  scriptsCompiled_ = true;
+  report_.fixScriptLanguage();
+  if (!budget_)
+    budget_ = std::make_shared<script::RunBudget>(runSettings().scriptLimits);
+  compileLayoutScripts();
+  for (auto &[event, args] : std::exchange(heldForScripts_, {}))
+    callScript(event, args);
+}
+
+void ReportRun::compileLayoutScripts() {
   try {
-    reportScript_ = script::createScriptEngine(report_.scriptLanguage);
-    addItems(*reportScript_);
+    reportScript_ = layoutScriptEngine();
   } catch (...) {
     recordError(QStringLiteral("the report's script language"));
     reportScript_.reset();
@@ -105,8 +143,7 @@ void ReportRun::compileScripts() {
     if (section->script.trimmed().isEmpty())
       continue;
     try {
-      auto engine = script::createScriptEngine(report_.scriptLanguage);
-      addItems(*engine);
+      auto engine = layoutScriptEngine();
       // A section's script reaches its controls by their names.
       for (const auto &control : section->controls()->all())
         engine->addNamedItem(control->name, control);
@@ -128,7 +165,21 @@ void ReportRun::recordError(const QString &where) {
       place = QStringLiteral(" (line %1, column %2)").arg(scriptError.line()).arg(scriptError.column());
   } catch (...) {
   }
-  report_.addRunError(QStringLiteral("%1%2: %3 (%4)").arg(where, place, error.description()).arg(error.number()));
+  const QString row = rowNumber_ > 0 ? QStringLiteral(", row %1").arg(rowNumber_) : QString();
+  problemsTo_->addRunError(QStringLiteral("%1%2%3%4: %5 (%6)")
+                               .arg(problemPrefix_, where, place, row, error.description())
+                               .arg(error.number()));
+  if (budget_ && budget_->spent()) {
+    const Error stop = budget_->exhaustedError();
+    throw Error(stop.number(), QStringLiteral("ActiveReport.Run"),
+                QStringLiteral("%1. The run stopped in %2%3%4").arg(stop.description(), problemPrefix_, where, row));
+  }
+}
+
+void ReportRun::reportProblems() const {
+  const auto &report = runSettings().reportProblems;
+  if (report && !report_.runErrors().isEmpty())
+    report(report_.documentName.isEmpty() ? report_.caption : report_.documentName, report_.runErrors());
 }
 
 // ---- Events ----
@@ -143,19 +194,33 @@ void ReportRun::raise(const QString &event, Args &args) {
       recordError(event);
     }
   }
-  if (reportScript_ && reportScript_->hasProcedure(event)) {
-    try {
-      reportScript_->call(event, args);
-    } catch (const script::ScriptStop &) {
-      throw;
-    } catch (...) {
-      recordError(event);
+  if (!scriptsCompiled_) {
+    // The sink sets the script language at ReportStart.
+    if (event.compare(kReportStart, Qt::CaseInsensitive) != 0) {
+      heldForScripts_.emplace_back(event, args);
+      return;
     }
+    compileScripts();
+  }
+  callScript(event, args);
+}
+
+void ReportRun::callScript(const QString &event, Args &args) {
+  if (!reportScript_ || !reportScript_->hasProcedure(event))
+    return;
+  try {
+    reportScript_->call(event, args);
+  } catch (const script::ScriptStop &) {
+    throw;
+  } catch (...) {
+    recordError(event);
   }
 }
 
 void ReportRun::raiseEvent(const QString &event, Args &args) {
   prepare();
+  if (!scriptsCompiled_)
+    compileScripts();
   raise(event, args);
 }
 
@@ -186,16 +251,18 @@ void ReportRun::sectionEvent(Section &section, const QString &event) {
 
 bool ReportRun::fetch(Row &row) {
   Args args{Variant(true)};
+  rowNumber_ = fetched_ + 1;
   raise(QStringLiteral("ActiveReport_FetchData"), args);
   if (args[0].toNumberOr(1) != 0)
     return false;
+  row.number = ++fetched_;
   const auto &fields = report_.fields();
   row.fields.clear();
   for (int i = 0; i < fields->count(); ++i)
     row.fields.push_back(fields->item(Variant(i))->value);
   row.atFetch.clear();
   for (const Field *field : fetchTimeFields_)
-    row.atFetch.push_back(evaluate(field->dataField.mid(1)));
+    row.atFetch.push_back(evaluate(field->dataField.mid(1), placeOf(*field)));
   row.groupKeys.clear();
   for (const Section *header : groupHeaders_)
     row.groupKeys.push_back(groupKey(*header));
@@ -207,18 +274,19 @@ void ReportRun::restore(const Row &row) {
   for (int i = 0; i < fields->count() && i < int(row.fields.size()); ++i)
     fields->item(Variant(i))->value = row.fields[std::size_t(i)];
   currentRow_ = &row;
+  rowNumber_ = row.number;
 }
 
 QString ReportRun::groupKey(const Section &header) {
   if (header.dataField.isEmpty())
     return QString();
   if (isExpression(header.dataField))
-    return evaluate(header.dataField.mid(1)).toText();
+    return evaluate(header.dataField.mid(1), QStringLiteral("the grouping of section %1").arg(header.name)).toText();
   const auto field = boundField(header.dataField);
   return field ? field->value.toText() : QString();
 }
 
-Variant ReportRun::evaluate(const QString &expression) {
+Variant ReportRun::evaluate(const QString &expression, const QString &place) {
   if (!reportScript_)
     return Variant();
   try {
@@ -226,7 +294,7 @@ Variant ReportRun::evaluate(const QString &expression) {
   } catch (const script::ScriptStop &) {
     throw;
   } catch (...) {
-    recordError(QStringLiteral("the expression =%1").arg(expression));
+    recordError(QStringLiteral("%1, expression =%2").arg(place, expression));
     return Variant();
   }
 }
@@ -253,7 +321,7 @@ Variant ReportRun::fieldValue(const Field &field) {
         if (fetchTimeFields_[i] == &field && i < currentRow_->atFetch.size())
           return currentRow_->atFetch[i];
     }
-    return evaluate(field.dataField.mid(1));
+    return evaluate(field.dataField.mid(1), placeOf(field));
   }
   if (!field.dataField.isEmpty())
     if (const auto bound = boundField(field.dataField))
@@ -264,7 +332,7 @@ Variant ReportRun::fieldValue(const Field &field) {
 void ReportRun::accumulate() {
   for (auto &[field, summary] : summaries_) {
     const Variant value = field->dataField.isEmpty()       ? Variant()
-                          : isExpression(field->dataField) ? evaluate(field->dataField.mid(1))
+                          : isExpression(field->dataField) ? evaluate(field->dataField.mid(1), placeOf(*field))
                                                            : [&] {
                                                                const auto bound = boundField(field->dataField);
                                                                return bound ? bound->value : Variant();
@@ -319,10 +387,16 @@ std::vector<Band> ReportRun::subReportBands(SubReport &control, Twips) {
   const auto child = std::dynamic_pointer_cast<LayoutReport>(control.report);
   if (!child)
     return {};
-  auto &run = subRuns_[&control];
-  if (!run)
-    run = std::make_unique<ReportRun>(*child, document_);
-  return run->runEmbedded();
+  SubRun &sub = subRuns_[&control];
+  if (sub.report != child) {
+    // A report plugged in anew gets a run of its own.
+    sub.run.reset();
+    sub.report = child;
+    sub.run = std::make_unique<ReportRun>(*child, document_, budget_);
+    sub.run->problemsTo_ = problemsTo_;
+    sub.run->problemPrefix_ = QStringLiteral("%1sub report %2: ").arg(problemPrefix_, control.name);
+  }
+  return sub.run->runEmbedded();
 }
 
 // ---- The flow ----
@@ -386,11 +460,13 @@ void ReportRun::flow(bool paginated) {
     paginator_ = std::make_unique<Paginator>(document_, paper, reserve, std::move(hooks));
   }
 
-  printSection(reportHeader);
   Row rows[2];
   Row *current = &rows[0];
   Row *next = &rows[1];
   bool have = fetch(*current);
+  if (have)
+    restore(*current);
+  printSection(reportHeader);
   bool haveNext = have && fetch(*next);
   const Row *previous = nullptr;
   Row last;
@@ -436,7 +512,13 @@ void ReportRun::flow(bool paginated) {
 
 void ReportRun::run(bool terminateAtEnd) {
   terminateAtEnd_ = terminateAtEnd;
-  flow(true);
+  try {
+    flow(true);
+  } catch (...) {
+    reportProblems();
+    throw;
+  }
+  reportProblems();
 }
 
 std::vector<Band> ReportRun::runEmbedded() {

@@ -43,6 +43,10 @@ void JScriptEngine::setObjectFactory(ObjectFactory factory) { context_->setObjec
 
 void JScriptEngine::setUi(ScriptUi) {}
 
+void JScriptEngine::setLayoutRights(std::shared_ptr<RunBudget> runBudget) {
+  context_->setLayoutRights(std::move(runBudget));
+}
+
 void JScriptEngine::setBudget(const ScriptBudget &budget) { context_->setBudget(budget); }
 
 void JScriptEngine::setDynamicCodeAllowed(bool allowed) { context_->setDynamicCodeAllowed(allowed); }

@@ -51,6 +51,7 @@ public:
   // JScript has no MsgBox or InputBox; the engine has no use for them.
   void setUi(ScriptUi ui) override;
   void setBudget(const ScriptBudget &budget) override;
+  void setLayoutRights(std::shared_ptr<RunBudget> runBudget) override;
   void setDynamicCodeAllowed(bool allowed) override;
 
 private:

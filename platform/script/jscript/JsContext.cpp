@@ -1,6 +1,8 @@
 #include "script/jscript/JsContext.h"
 
 #include "core/Dictionary.h"
+#include "core/ScriptRights.h"
+#include "script/RunBudget.h"
 #include "script/jscript/JsErrors.h"
 #include "script/jscript/ObjectBridge.h"
 #include "script/jscript/Watchdog.h"
@@ -34,12 +36,34 @@ public:
     if (limit > 0 && context_.depth_ >= limit)
       throw ScriptError(
           Error(ScriptErrorNumber::OutOfStackSpace, runtimeErrorSource(), QStringLiteral("Out of stack space")), 0, 0);
-    if (context_.depth_++ == 0 && context_.watchdog_ && context_.timeLimitMs_ > 0)
-      context_.watchdog_->arm(std::chrono::milliseconds(context_.timeLimitMs_));
+    if (context_.layoutRights_)
+      rights_.emplace();
+    RunBudget *const run = context_.runBudget_.get();
+    if (run) {
+      run->enter();
+      if (run->spent()) {
+        run->leave();
+        throw ScriptError(run->exhaustedError(), 0, 0);
+      }
+    }
+    if (context_.depth_++ > 0)
+      return;
+    std::chrono::milliseconds time(context_.timeLimitMs_);
+    if (run) {
+      const auto left = run->remaining();
+      time = time.count() > 0 ? std::min(time, left) : left;
+      interrupt_ = run->addInterrupt([engine = context_.qjs_.get()] { engine->setInterrupted(true); });
+    }
+    if (context_.watchdog_ && time.count() > 0)
+      context_.watchdog_->arm(time);
   }
   ~Entry() {
+    if (RunBudget *const run = context_.runBudget_.get())
+      run->leave();
     if (--context_.depth_ > 0)
       return;
+    if (interrupt_)
+      context_.runBudget_->removeInterrupt(interrupt_);
     if (context_.watchdog_)
       context_.watchdog_->disarm();
     context_.qjs_->setInterrupted(false);
@@ -50,6 +74,8 @@ public:
 
 private:
   JsContext &context_;
+  std::optional<LayoutScriptScope> rights_;
+  int interrupt_ = 0;
 };
 
 JsContext::JsContext()
@@ -113,6 +139,8 @@ void JsContext::checkInterrupted() const {
     qjs_->catchError();
   if (stopCode_)
     throw ScriptStop(*stopCode_);
+  if (runBudget_ && runBudget_->spent())
+    throw ScriptError(runBudget_->exhaustedError(), 0, 0);
   throw timeoutError(timeLimitMs_);
 }
 
@@ -146,7 +174,19 @@ void JsContext::setBudget(const ScriptBudget &budget) {
     limit = limit > 0 ? std::min(limit, fromStatements) : fromStatements;
   }
   timeLimitMs_ = limit;
-  if (timeLimitMs_ > 0 && !watchdog_)
+  if (timeLimitMs_ > 0)
+    makeWatchdog();
+}
+
+void JsContext::setLayoutRights(std::shared_ptr<RunBudget> runBudget) {
+  layoutRights_ = true;
+  runBudget_ = std::move(runBudget);
+  if (runBudget_)
+    makeWatchdog();
+}
+
+void JsContext::makeWatchdog() {
+  if (!watchdog_)
     watchdog_ = std::make_unique<Watchdog>([engine = qjs_.get()] { engine->setInterrupted(true); });
 }
 

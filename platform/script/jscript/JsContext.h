@@ -55,6 +55,8 @@ public:
   QJSValue compiledExpression(const QString &expression);
 
   void setBudget(const ScriptBudget &budget);
+  // Every entry with layout rights, charged to the run's budget.
+  void setLayoutRights(std::shared_ptr<RunBudget> runBudget);
 
   // ---- values crossing between Variant and script values (JsValues.cpp)
   QJSValue toJs(const Variant &value);
@@ -112,8 +114,12 @@ private:
   QJSValue host_; // the HostBridge as the bridge script sees it
   BridgeHelpers helpers_;
 
+  void makeWatchdog();
+
   ScriptBudget budget_;
   int timeLimitMs_ = 0;
+  bool layoutRights_ = false;
+  std::shared_ptr<RunBudget> runBudget_;
   std::unique_ptr<Watchdog> watchdog_;
   int depth_ = 0;
   std::optional<int> stopCode_; // WScript.Quit's code while the stop unwinds the entries

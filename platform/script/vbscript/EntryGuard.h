@@ -3,8 +3,11 @@
 // The entry of a run from outside the interpreter, shared by the files that
 // implement the interpreter's entry points. Not for use elsewhere.
 
+#include "core/ScriptRights.h"
 #include "script/vbscript/Interpreter.h"
 #include "script/vbscript/VbErrors.h"
+
+#include <optional>
 
 namespace kordel::script::vb {
 
@@ -12,6 +15,10 @@ namespace kordel::script::vb {
 class Interpreter::Entry {
 public:
   explicit Entry(Interpreter &interpreter) : interpreter_(interpreter) {
+    if (interpreter_.layoutRights_)
+      rights_.emplace();
+    if (interpreter_.runBudget_)
+      interpreter_.runBudget_->enter();
     if (interpreter_.entryDepth_++ == 0)
       interpreter_.startBudget();
   }
@@ -20,12 +27,15 @@ public:
       interpreter_.aborting_ = false;
       interpreter_.callDepth_ = 0;
     }
+    if (interpreter_.runBudget_)
+      interpreter_.runBudget_->leave();
   }
   Entry(const Entry &) = delete;
   Entry &operator=(const Entry &) = delete;
 
 private:
   Interpreter &interpreter_;
+  std::optional<LayoutScriptScope> rights_;
 };
 
 template <class F> auto Interpreter::guarded(F &&body) -> decltype(body()) {

@@ -59,6 +59,7 @@
 #include "core/Dictionary.h"
 #include "script/vbscript/EntryGuard.h"
 #include "script/vbscript/ErrObject.h"
+#include "script/vbscript/Operators.h"
 #include "script/vbscript/Parser.h"
 #include "script/vbscript/Resolver.h"
 #include "script/vbscript/ScriptObject.h"
@@ -160,6 +161,8 @@ void Interpreter::startBudget() {
   deadline_ = budget_.milliseconds > 0
                   ? std::chrono::steady_clock::now() + std::chrono::milliseconds(budget_.milliseconds)
                   : std::chrono::steady_clock::time_point::max();
+  if (runBudget_)
+    deadline_ = std::min(deadline_, runBudget_->deadline());
   aborting_ = false;
   callDepth_ = 0;
   stackBase_ = currentFrameAddress();
@@ -172,6 +175,9 @@ void Interpreter::startBudget() {
 }
 
 void Interpreter::checkBudget() {
+  if (runBudget_ &&
+      (runBudget_->memorySpent() || std::chrono::steady_clock::now() >= runBudget_->deadline()))
+    abortRun(runBudget_->exhaustedError());
   if (budget_.statements > 0 && ticks_ >= budget_.statements)
     abortRun(QStringLiteral("The script ran more statements than it may (%1)").arg(budget_.statements));
   if (budget_.milliseconds > 0 && std::chrono::steady_clock::now() >= deadline_)
@@ -182,8 +188,12 @@ void Interpreter::checkBudget() {
 }
 
 void Interpreter::abortRun(const QString &why) {
+  abortRun(Error(ScriptErrorNumber::Timeout, runtimeErrorSource(), why));
+}
+
+void Interpreter::abortRun(const Error &error) {
   aborting_ = true;
-  throw Error(ScriptErrorNumber::Timeout, runtimeErrorSource(), why);
+  throw error;
 }
 
 void Interpreter::enterCall() {
@@ -446,7 +456,7 @@ void Interpreter::randomize(const Variant *seed) {
 
 void Interpreter::checkStringLength(qsizetype length) const {
   if (length > budget_.maxStringLength)
-    raiseError(ErrorNumber::OutOfStringSpace);
+    raiseError(stringTooLongError(length));
 }
 
 void Interpreter::checkArraySize(std::size_t elements) const {

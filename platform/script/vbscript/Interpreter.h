@@ -1,5 +1,6 @@
 #pragma once
 
+#include "script/RunBudget.h"
 #include "script/ScriptEngine.h"
 #include "script/vbscript/Ast.h"
 #include "script/vbscript/Builtins.h"
@@ -53,6 +54,11 @@ public:
   void setUi(ScriptUi ui) { ui_ = std::move(ui); }
   void setBudget(const ScriptBudget &budget) { budget_ = budget; }
   void setDynamicCodeAllowed(bool allowed) { dynamicCodeAllowed_ = allowed; }
+  void setLayoutRights(std::shared_ptr<RunBudget> runBudget) {
+    layoutRights_ = true;
+    runBudget_ = std::move(runBudget);
+    memorySpent_ = runBudget_ ? &runBudget_->memorySpentFlag() : nullptr;
+  }
 
   // ---- late-bound access from outside to what scripts made ----
   Variant callObjectMember(ScriptObject &object, const QString &name, Args &args);
@@ -89,11 +95,12 @@ private:
   template <class F> auto guarded(F &&body) -> decltype(body());
   void startBudget();
   void tick() {
-    if (++ticks_ >= tickLimit_)
+    if (++ticks_ >= tickLimit_ || (memorySpent_ && memorySpent_->load(std::memory_order_relaxed)))
       checkBudget();
   }
   void checkBudget();
   [[noreturn]] void abortRun(const QString &why);
+  [[noreturn]] void abortRun(const Error &error);
   void enterCall();
   void runProgram(Program &program, Frame *enclosing);
   int calledEntry(const QString &name);
@@ -179,6 +186,9 @@ private:
   ScriptUi ui_;
   ScriptBudget budget_;
   bool dynamicCodeAllowed_ = false;
+  bool layoutRights_ = false;
+  std::shared_ptr<RunBudget> runBudget_;
+  const std::atomic<bool> *memorySpent_ = nullptr; // the run budget's, looked at every statement
   std::uint32_t randomSeed_ = 0x50000;
   float lastRandom_ = 0.0f;
 

@@ -414,6 +414,11 @@ void ConcatChain::add(const Variant &value) {
     append(value);
 }
 
+int stringTooLongError(qsizetype length) {
+  constexpr qsizetype kLongestVbString = qsizetype(1) << 30; // characters
+  return length > kLongestVbString ? ErrorNumber::OutOfStringSpace : ErrorNumber::OutOfMemory;
+}
+
 void ConcatChain::append(const Variant &plain) {
   QString piece;
   switch (plain.type()) {
@@ -424,7 +429,7 @@ void ConcatChain::append(const Variant &plain) {
   default: piece = plain.toString(); break;
   }
   if (length_ + piece.size() > maxLength_)
-    raiseError(ErrorNumber::OutOfStringSpace);
+    raiseError(stringTooLongError(length_ + piece.size()));
   length_ += piece.size();
   pieces_.append(std::move(piece));
 }

@@ -14,6 +14,11 @@ namespace kordel::script::vb {
 // And/Or/Not working bit by bit on numbers and with three-valued logic on
 // Null. Objects take part through their default value.
 //
+// The error of a string longer than a script may build: Out of string
+// space (14) beyond what any VBScript string can hold, else Out of memory
+// (7) for one over the budget's cap.
+int stringTooLongError(qsizetype length);
+
 // maxStringLength limits the result of & and of + on two strings.
 Variant binaryOperation(BinaryOp op, const Variant &left, const Variant &right, qsizetype maxStringLength);
 Variant unaryOperation(UnaryOp op, const Variant &operand);

@@ -26,6 +26,10 @@ void VbScriptEngine::setObjectFactory(ObjectFactory factory) { interpreter_->set
 
 void VbScriptEngine::setUi(ScriptUi ui) { interpreter_->setUi(std::move(ui)); }
 
+void VbScriptEngine::setLayoutRights(std::shared_ptr<RunBudget> runBudget) {
+  interpreter_->setLayoutRights(std::move(runBudget));
+}
+
 void VbScriptEngine::setBudget(const ScriptBudget &budget) { interpreter_->setBudget(budget); }
 
 void VbScriptEngine::setDynamicCodeAllowed(bool allowed) { interpreter_->setDynamicCodeAllowed(allowed); }

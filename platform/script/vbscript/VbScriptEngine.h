@@ -25,6 +25,7 @@ public:
   void setUi(ScriptUi ui) override;
   void setBudget(const ScriptBudget &budget) override;
   void setDynamicCodeAllowed(bool allowed) override;
+  void setLayoutRights(std::shared_ptr<RunBudget> runBudget) override;
 
 private:
   std::unique_ptr<Interpreter> interpreter_;
