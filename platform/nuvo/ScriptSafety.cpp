@@ -1,5 +1,9 @@
 #include "nuvo/ScriptSafety.h"
 
+#include "nuvo/ScriptTokens.h"
+#include "script/vbscript/Parser.h"
+
+#include <QSet>
 #include <QStringList>
 
 #include <algorithm>
@@ -18,136 +22,39 @@ const QStringList kAllowedProgIds{
     QStringLiteral("Nuvo.Properties"),      QStringLiteral("Nuvo.ReportContext"),
 };
 
-enum class Kind { Word, String, Symbol, LineEnd };
+using scripttokens::Kind;
+using scripttokens::Token;
+using scripttokens::Tokens;
 
-struct Token {
-  Kind kind;
-  qsizetype start;
-  qsizetype end;
-  QString text; // words folded to lower case; strings without quotes
-};
+// Names that reach object creation or code from strings: a computed member
+// name that is one of them is never harmless.
+bool isUnsafeName(const QString &folded) {
+  static const QSet<QString> names{
+      QStringLiteral("eval"),           QStringLiteral("execute"),     QStringLiteral("executeglobal"),
+      QStringLiteral("function"),       QStringLiteral("constructor"), QStringLiteral("__proto__"),
+      QStringLiteral("createobject"),   QStringLiteral("getobject"),   QStringLiteral("activexobject"),
+      QStringLiteral("xmlhttprequest"), QStringLiteral("loadpicture"), QStringLiteral("include"),
+      QStringLiteral("import"),
+  };
+  return names.contains(folded);
+}
 
-bool isWordStart(QChar c) { return c.isLetter() || c == u'_' || c == u'$'; }
-bool isWordPart(QChar c) { return c.isLetterOrNumber() || c == u'_' || c == u'$'; }
+// What replaces a whole script that cannot be read safely.
+QString blockedScript(ScriptLanguage writing) {
+  return writing == ScriptLanguage::VBScript
+             ? QStringLiteral("Err.Raise 70")
+             : QStringLiteral("throw new Error(\"Permission denied: the script cannot be read safely\");");
+}
 
-class Lexer {
-public:
-  Lexer(const QString &text, ScriptLanguage language) : text_(text), vb_(language == ScriptLanguage::VBScript) {}
-
-  std::vector<Token> tokens() {
-    while (at_ < text_.size())
-      step();
-    return std::move(tokens_);
+// Whether the VBScript interpreter compiles the text.
+bool compilesAsVbScript(const QString &text) {
+  try {
+    script::vb::parseProgram(text);
+    return true;
+  } catch (...) {
+    return false; // a compile error is the answer here, not a failure
   }
-
-private:
-  QChar peek(qsizetype offset = 0) const { return at_ + offset < text_.size() ? text_[at_ + offset] : QChar(); }
-
-  void skipToLineEnd() {
-    while (at_ < text_.size() && text_[at_] != u'\n')
-      ++at_;
-  }
-
-  bool atStatementStart() const {
-    if (tokens_.empty())
-      return true;
-    const Token &last = tokens_.back();
-    return last.kind == Kind::LineEnd || (last.kind == Kind::Symbol && last.text == QLatin1String(":")) ||
-           (last.kind == Kind::Word && (last.text == QLatin1String("then") || last.text == QLatin1String("else")));
-  }
-
-  void string(QChar quote) {
-    const qsizetype start = at_++;
-    QString value;
-    while (at_ < text_.size()) {
-      const QChar c = text_[at_];
-      if (c == u'\n')
-        break;
-      if (vb_ && c == quote && peek(1) == quote) {
-        value += c;
-        at_ += 2;
-        continue;
-      }
-      if (!vb_ && c == u'\\') {
-        value += peek(1);
-        at_ += 2;
-        continue;
-      }
-      ++at_;
-      if (c == quote)
-        break;
-      value += c;
-    }
-    tokens_.push_back({Kind::String, start, at_, value});
-  }
-
-  void step() {
-    const QChar c = text_[at_];
-    if (c == u'\n') {
-      // A VBScript line ending in " _" goes on.
-      const bool continued =
-          vb_ && !tokens_.empty() && tokens_.back().kind == Kind::Word && tokens_.back().text == QLatin1String("_");
-      if (continued)
-        tokens_.pop_back();
-      else
-        tokens_.push_back({Kind::LineEnd, at_, at_ + 1, {}});
-      ++at_;
-      return;
-    }
-    if (c.isSpace()) {
-      ++at_;
-      return;
-    }
-    if (vb_ && c == u'\'') {
-      skipToLineEnd();
-      return;
-    }
-    if (!vb_ && c == u'/' && peek(1) == u'/') {
-      skipToLineEnd();
-      return;
-    }
-    if (!vb_ && c == u'/' && peek(1) == u'*') {
-      const qsizetype close = text_.indexOf(QLatin1String("*/"), at_ + 2);
-      at_ = close < 0 ? text_.size() : close + 2;
-      return;
-    }
-    if (c == u'"' || (!vb_ && (c == u'\'' || c == u'`'))) {
-      string(c);
-      return;
-    }
-    if (vb_ && c == u'[') {
-      const qsizetype close = text_.indexOf(u']', at_);
-      const qsizetype end = close < 0 ? text_.size() : close + 1;
-      tokens_.push_back({Kind::Word, at_, end, text_.mid(at_ + 1, end - at_ - 2).toLower()});
-      at_ = end;
-      return;
-    }
-    if (isWordStart(c)) {
-      const qsizetype start = at_;
-      while (at_ < text_.size() && isWordPart(text_[at_]))
-        ++at_;
-      const QString word = text_.mid(start, at_ - start).toLower();
-      if (vb_ && word == QLatin1String("rem") && atStatementStart()) {
-        skipToLineEnd();
-        return;
-      }
-      tokens_.push_back({Kind::Word, start, at_, word});
-      return;
-    }
-    if (c.isDigit()) {
-      while (at_ < text_.size() && (text_[at_].isLetterOrNumber() || text_[at_] == u'.'))
-        ++at_;
-      return;
-    }
-    tokens_.push_back({Kind::Symbol, at_, at_ + 1, QString(c)});
-    ++at_;
-  }
-
-  const QString &text_;
-  bool vb_;
-  qsizetype at_ = 0;
-  std::vector<Token> tokens_;
-};
+}
 
 struct Replacement {
   qsizetype start;
@@ -160,15 +67,26 @@ struct Replacement {
 class Checker {
 public:
   Checker(const QString &text, ScriptLanguage lexing, ScriptLanguage writing)
-      : text_(text), vb_(lexing == ScriptLanguage::VBScript), writeVb_(writing == ScriptLanguage::VBScript),
-        tokens_(Lexer(text, lexing).tokens()) {}
+      : text_(text), vb_(lexing == ScriptLanguage::VBScript), writeVb_(writing == ScriptLanguage::VBScript) {
+    Tokens read = vb_ ? scripttokens::vbScriptTokens(text) : scripttokens::jScriptTokens(text);
+    tokens_ = std::move(read.tokens);
+    wellFormed_ = read.wellFormed;
+  }
 
   std::vector<Replacement> run() {
-    for (std::size_t i = 0; i < tokens_.size(); ++i)
-      if (tokens_[i].kind == Kind::Word && tokens_[i].start >= doneUntil_)
+    for (std::size_t i = 0; i < tokens_.size(); ++i) {
+      if (tokens_[i].start < doneUntil_)
+        continue;
+      if (tokens_[i].kind == Kind::Word)
         check(i);
+      else if (tokens_[i].computedKey)
+        checkComputedKey(i);
+    }
     return std::move(replacements_);
   }
+
+  // See Tokens::wellFormed.
+  bool wellFormed() const { return wellFormed_; }
 
   // Whether the tokens show a JScript text: VBScript has no braces and no
   // semicolons outside strings and comments. Read by JScript's rules, a
@@ -187,7 +105,7 @@ private:
   bool isWord(std::size_t i, const char *word) const {
     return i < tokens_.size() && tokens_[i].kind == Kind::Word && tokens_[i].text == QLatin1String(word);
   }
-  bool isMember(std::size_t i) const { return i > 0 && isSymbol(i - 1, "."); }
+  bool isMember(std::size_t i) const { return i > 0 && (isSymbol(i - 1, ".") || isSymbol(i - 1, "?.")); }
 
   // Where the statement of token i begins: after a line end, a ":" or ";",
   // or at the start.
@@ -202,14 +120,14 @@ private:
             (before.text == QLatin1String("then") || before.text == QLatin1String("else")));
   }
 
-  // The token after the parenthesis that closes the one at open; the end
-  // of the tokens when it is never closed.
-  std::size_t afterClose(std::size_t open) const {
+  // The token after the bracket that closes the one at open; the end of
+  // the tokens when it is never closed.
+  std::size_t afterClose(std::size_t open, const char *opening, const char *closing) const {
     int depth = 0;
     for (std::size_t i = open; i < tokens_.size(); ++i) {
-      if (isSymbol(i, "("))
+      if (isSymbol(i, opening))
         ++depth;
-      else if (isSymbol(i, ")") && --depth == 0)
+      else if (isSymbol(i, closing) && --depth == 0)
         return i + 1;
     }
     return tokens_.size();
@@ -238,7 +156,9 @@ private:
 
   void replace(std::size_t first, std::size_t end, const QString &with) {
     const qsizetype start = tokens_[first].start;
-    const qsizetype stop = end < tokens_.size() ? tokens_[end].start : text_.size();
+    // Up to what follows, or to the end of the last token: a comment after
+    // it stays.
+    const qsizetype stop = end < tokens_.size() ? tokens_[end].start : tokens_[end - 1].end;
     // Keep the white space before what follows.
     qsizetype trimmed = stop;
     while (trimmed > start && text_[trimmed - 1].isSpace())
@@ -250,19 +170,21 @@ private:
   QString nothing() const { return writeVb_ ? QStringLiteral("Nothing") : QStringLiteral("null"); }
   QString noValue() const { return writeVb_ ? QStringLiteral("Empty") : QStringLiteral("undefined"); }
 
-  // A call of the word at i with its arguments: the token after it.
+  // A use of the word at i: with its arguments when it is called. A
+  // VBScript call may leave out the parentheses and run to the statement's
+  // end; a JScript name without them is the name alone.
   std::size_t callEnd(std::size_t i) const {
     if (isSymbol(i + 1, "("))
-      return afterClose(i + 1);
-    return statementEnd(i + 1);
+      return afterClose(i + 1, "(", ")");
+    return vb_ ? statementEnd(i + 1) : i + 1;
   }
 
-  // The ProgID of a call at i when it is one literal; "" otherwise.
+  // The ProgID of a call at i when it is one plain literal; "" otherwise.
   QString literalArgument(std::size_t i) const {
     std::size_t at = i + 1;
     if (isSymbol(at, "("))
       ++at;
-    if (at >= tokens_.size() || tokens_[at].kind != Kind::String)
+    if (at >= tokens_.size() || tokens_[at].kind != Kind::String || tokens_[at].escaped)
       return {};
     const std::size_t next = at + 1;
     if (next < tokens_.size() && !isSymbol(next, ")") && !isSymbol(next, ",") && tokens_[next].kind != Kind::LineEnd)
@@ -272,7 +194,69 @@ private:
 
   void blockCreation(std::size_t i, std::size_t first) { replace(first, callEnd(i), nothing()); }
 
+  // "Function Name(" and "End Function" are VBScript: to JScript two names
+  // in a row on one line are a syntax error, so nothing of the text runs.
+  bool isVbScriptFunctionLine(std::size_t i) const {
+    const bool nameAfter = i + 1 < tokens_.size() && tokens_[i + 1].kind == Kind::Word;
+    const bool nameBefore = i > 0 && tokens_[i - 1].kind == Kind::Word && !isMember(i - 1) &&
+                            !scripttokens::beginsJScriptExpression(tokens_[i - 1].name);
+    return nameAfter || nameBefore;
+  }
+
+  // The JScript names that reach code from strings or any object's
+  // constructor, however they are reached. True when the word is dealt with.
+  bool checkJScriptName(std::size_t i) {
+    const Token &token = tokens_[i];
+    if (token.name == QLatin1String("eval") && isMember(i)) {
+      replace(chainStart(i), callEnd(i), noValue());
+      return true;
+    }
+    if (token.text == QLatin1String("function")) {
+      // The keyword declares; any other spelling is the Function constructor.
+      if (token.name != QLatin1String("function") && !isVbScriptFunctionLine(i))
+        replace(isWord(i - 1, "new") ? i - 1 : chainStart(i), callEnd(i), nothing());
+      return true;
+    }
+    if (token.text == QLatin1String("constructor")) {
+      // A class may define its constructor; nothing may read one.
+      if (!token.inClassBody || isMember(i))
+        replace(i, i + 1, noValue());
+      return true;
+    }
+    return false;
+  }
+
+  // A computed member name or property key, obj[key]: harmless as a number
+  // or as a plain string that names nothing unsafe. Anything else could be
+  // built at run time into a name these rules would refuse to see, so it
+  // is made a number, obj[+(key)]: numeric keys work as before, no name can
+  // come of it. The key's own code is checked as any other.
+  void checkComputedKey(std::size_t open) {
+    const std::size_t close = afterClose(open, "[", "]") - 1;
+    std::vector<std::size_t> key;
+    for (std::size_t i = open + 1; i < close && i < tokens_.size(); ++i)
+      if (tokens_[i].kind != Kind::LineEnd)
+        key.push_back(i);
+    if (key.empty())
+      return;
+    const bool signedNumber =
+        key.size() == 2 && (isSymbol(key[0], "-") || isSymbol(key[0], "+")) && tokens_[key[1]].kind == Kind::Number;
+    const Token &single = tokens_[key[0]];
+    const bool harmless =
+        signedNumber ||
+        (key.size() == 1 && (single.kind == Kind::Number ||
+                             (single.kind == Kind::String && !single.escaped && !isUnsafeName(single.text.toLower()))));
+    if (harmless)
+      return;
+    const qsizetype start = tokens_[key.front()].start;
+    const qsizetype end = tokens_[key.back()].end;
+    replacements_.push_back({start, start, QStringLiteral("+(")});
+    replacements_.push_back({end, end, QStringLiteral(")")});
+  }
+
   void check(std::size_t i) {
+    if (!vb_ && checkJScriptName(i))
+      return;
     const QString &word = tokens_[i].text;
     if (word == QLatin1String("createobject") || word == QLatin1String("getobject") ||
         word == QLatin1String("activexobject")) {
@@ -294,12 +278,6 @@ private:
       blockCreation(i, i);
       return;
     }
-    if (!vb_ && word == QLatin1String("function")) {
-      // Function("code") runs a string; "function (a) {...}" only declares.
-      if (isSymbol(i + 1, "(") && i + 2 < tokens_.size() && tokens_[i + 2].kind == Kind::String)
-        replace(i > 0 && isWord(i - 1, "new") ? i - 1 : i, afterClose(i + 1), nothing());
-      return;
-    }
     const bool runsCode =
         word == QLatin1String("execute") || word == QLatin1String("executeglobal") || word == QLatin1String("eval");
     if (!runsCode || isMember(i))
@@ -315,6 +293,7 @@ private:
   bool vb_;
   bool writeVb_;
   std::vector<Token> tokens_;
+  bool wellFormed_ = true;
   std::vector<Replacement> replacements_;
   qsizetype doneUntil_ = 0;
 };
@@ -339,13 +318,19 @@ QString applyReplacements(const QString &text, std::vector<Replacement> replacem
 bool isAllowedProgId(const QString &progId) { return kAllowedProgIds.contains(progId, Qt::CaseInsensitive); }
 
 QString neutraliseUnsafeCalls(const QString &text, ScriptLanguage language) {
-  return applyReplacements(text, Checker(text, language, language).run());
+  Checker checker(text, language, language);
+  if (!checker.wellFormed())
+    return blockedScript(language);
+  return applyReplacements(text, checker.run());
 }
 
 QString neutraliseUnsafeCallsOfEither(const QString &text) {
-  const ScriptLanguage writing = Checker(text, ScriptLanguage::JScript, ScriptLanguage::JScript).looksLikeJScript()
-                                     ? ScriptLanguage::JScript
-                                     : ScriptLanguage::VBScript;
+  Checker jscript(text, ScriptLanguage::JScript, ScriptLanguage::JScript);
+  const ScriptLanguage writing = jscript.looksLikeJScript() ? ScriptLanguage::JScript : ScriptLanguage::VBScript;
+  // A text that neither language reads cleanly runs in neither; it may
+  // also be one that JScript reads otherwise than the rules here do.
+  if (!jscript.wellFormed() && !compilesAsVbScript(text))
+    return blockedScript(writing);
   const ScriptLanguage other = writing == ScriptLanguage::VBScript ? ScriptLanguage::JScript : ScriptLanguage::VBScript;
   // The rules of the language the text seems to be in come first.
   std::vector<Replacement> found = Checker(text, writing, writing).run();

@@ -38,11 +38,85 @@ TEST_F(ScriptPolicyTest, SafeScriptsComeBackUnchanged) {
       "function Detail_Format() { var s = 'new ActiveXObject(\"WScript.Shell\")'; /* eval(s) */ }\n",
       "var d = new ActiveXObject(\"Scripting.Dictionary\"); // eval(x)\n",
       "var f = function (a) { return a.Execute(\"x\"); };\n",
+      "var a = [1, 2]; var t = a[0] + a[-1] + o[\"total\"] + o['name'] + o[`net`]; f([x]);\n",
+      "var o = { \"k\": 1, m: function () { return this.k; } }; var q = (o) / 2 / o.k;\n",
+      "class Line { constructor(x) { this.x = x; } }\nvar s = `total ${a + b[1]} of ${n}`;\n",
+      "var ok = /ab+c\\/[/\"]/gi.test(s) && x / y > 1; if (ok) /\"/.exec(s);\n",
   };
   for (const char *script : jscripts)
     EXPECT_EQ(js(script), QString::fromUtf8(script));
   const char *remark = "Rem GetObject(\"x\") is only mentioned\n";
   EXPECT_EQ(vb(remark), QString::fromUtf8(remark));
+  // VBScript that JScript would read otherwise: apostrophes, names in brackets, Function.
+  const char *vbScript = "' it's fine\r\nPublic Function Total(a) ' don't\r\n  Total = [a b] * 2\r\nEnd Function\r\n";
+  EXPECT_EQ(any(vbScript), QString::fromUtf8(vbScript));
+}
+
+TEST_F(ScriptPolicyTest, CodeAfterAnyLineEndOfTheLanguageIsChecked) {
+  // VBScript ends a line, and so a comment, at a bare carriage return.
+  EXPECT_EQ(vb("x = 1 ' note\rSet sh = CreateObject(\"WScript.Shell\")\r"), "x = 1 ' note\rSet sh = Nothing\r");
+  EXPECT_EQ(any("x = 1 ' note\rSet sh = CreateObject(\"WScript.Shell\")"), "x = 1 ' note\rSet sh = Nothing");
+  EXPECT_EQ(vb("Rem note\rExecute code\rx = 1"), "Rem note\rErr.Raise 70\rx = 1");
+  EXPECT_EQ(vb("Execute \"a\" & _\r\n  \"b\"\r\nc = 1"), "Err.Raise 70\r\nc = 1");
+  // JScript ends a line at CR, U+2028 and U+2029 as well.
+  EXPECT_EQ(js("x = 1; // note\reval(y)"), "x = 1; // note\rundefined");
+  EXPECT_EQ(js("x = 1; // note\u2028eval(y)"), QString::fromUtf8("x = 1; // note\u2028undefined"));
+  EXPECT_EQ(any("x = 1; // note\u2029eval(y)"), QString::fromUtf8("x = 1; // note\u2029undefined"));
+  // A backslash before CR LF continues a string: what follows is code.
+  EXPECT_EQ(js("var s = \"a\\\r\n\"; eval(y); //\""), "var s = \"a\\\r\n\"; undefined; //\"");
+}
+
+TEST_F(ScriptPolicyTest, JScriptNamesAreReadAsTheEngineReadsThem) {
+  // Escapes in names.
+  EXPECT_EQ(js("var v = \\u0065val(\"1\");"), "var v = undefined;");
+  EXPECT_EQ(js("var v = \\u{65}val(\"1\");"), "var v = undefined;");
+  EXPECT_EQ(js("var sh = new ActiveX\\u004fbject(\"WScript.Shell\");"), "var sh = null;");
+  EXPECT_EQ(js("this.\\u0065val(\"1\");"), "undefined;");
+  // Code in template placeholders, also nested ones.
+  EXPECT_EQ(js("var s = `a${eval(x)}b`;"), "var s = `a${undefined}b`;");
+  EXPECT_EQ(js("var s = `${`${eval(x)}`}`;"), "var s = `${`${undefined}`}`;");
+  // Regular expressions hide no code, and divisions start none.
+  EXPECT_EQ(js("var r = /\"/; eval(x); var q = /\"/;"), "var r = /\"/; undefined; var q = /\"/;");
+  EXPECT_EQ(js("var r = /[/\"]/; eval(x)"), "var r = /[/\"]/; undefined");
+  EXPECT_EQ(js("if (a) /\"/.test(s); eval(x); //\""), "if (a) /\"/.test(s); undefined; //\"");
+  EXPECT_EQ(js("function f() {}\n/\"/.test(s); eval(x) //\""), "function f() {}\n/\"/.test(s); undefined //\"");
+  EXPECT_EQ(js("var z = (a) / 2; s = \"/\"; eval(x)"), "var z = (a) / 2; s = \"/\"; undefined");
+  EXPECT_EQ(js("var o = {} / 2; s = \"/\"; eval(x)"), "var o = {} / 2; s = \"/\"; undefined");
+  EXPECT_EQ(js("var f = function () {} / 2; s = \"/\"; eval(x)"), "var f = function () {} / 2; s = \"/\"; undefined");
+}
+
+TEST_F(ScriptPolicyTest, ComputedNamesAndConstructorsAreNeutralised) {
+  // A computed name becomes a number: indices work, no name can come of it.
+  EXPECT_EQ(js("this[\"ev\" + \"al\"](\"code\");"), "this[+(\"ev\" + \"al\")](\"code\");");
+  EXPECT_EQ(js("obj[\"CreateObject\"](\"WScript.Shell\");"), "obj[+(\"CreateObject\")](\"WScript.Shell\");");
+  EXPECT_EQ(js("globalThis[name](x); s += a[i + 1];"), "globalThis[+(name)](x); s += a[+(i + 1)];");
+  EXPECT_EQ(js("o[\"\\x65val\"](x); o[`${k}`](x);"), "o[+(\"\\x65val\")](x); o[+(`${k}`)](x);");
+  EXPECT_EQ(js("var {[k]: e} = this;"), "var {[+(k)]: e} = this;");
+  EXPECT_EQ(js("o[eval(k)]"), "o[+(undefined)]") << "the key's own code is checked too";
+  EXPECT_EQ(js("Function.prototype.constructor(\"code\")();"), "null.prototype.undefined(\"code\")();");
+  EXPECT_EQ(js("[].constructor.constructor(\"code\")();"), "[].undefined.undefined(\"code\")();");
+  EXPECT_EQ(js("var {constructor: F} = f;"), "var {undefined: F} = f;");
+  EXPECT_EQ(js("with (f) { constructor(\"code\")(); }"), "with (f) { undefined(\"code\")(); }");
+  EXPECT_EQ(js("var F = Function; F(\"code\")();"), "var F = null; F(\"code\")();");
+  EXPECT_EQ(js("var g = Function`code`;"), "var g = null`code`;");
+  EXPECT_EQ(any("t = this\nt[\"ev\" + \"al\"](\"code\")"), "t = this\nt[+(\"ev\" + \"al\")](\"code\")")
+      << "JScript's rules apply to a text that looks like VBScript, and compiles as VBScript too";
+}
+
+TEST_F(ScriptPolicyTest, JScriptThatCannotBeReadCleanlyIsBlockedWhole) {
+  const auto expectBlocked = [](const QString &checked, const char *text) {
+    EXPECT_TRUE(checked.startsWith("throw ") && checked.contains("Permission denied"))
+        << text << " gave " << checked.toStdString();
+  };
+  for (const char *text : {"var s = 'open", "x = 1; /* open", "var t = `open ${eval(x)", "f(a;", "a = b); eval(x)"})
+    expectBlocked(js(text), text);
+  // Without a language: blocked in the language the text seems to be in,
+  // unless VBScript compiles it.
+  for (const char *text : {"x = 1; /* open", "f(a;", "a = b); eval(x)"})
+    expectBlocked(any(text), text);
+  EXPECT_EQ(any("var s = 'open"), "Err.Raise 70");
+  EXPECT_EQ(any("x = 1 ' it's\n"), "x = 1 ' it's\n");
+  EXPECT_EQ(any("x = ' it\n"), "Err.Raise 70") << "nor is this VBScript";
 }
 
 TEST_F(ScriptPolicyTest, ObjectCreationOutsideTheAllowListBecomesNothing) {
