@@ -18,9 +18,13 @@ namespace {
 const QString kSource = QStringLiteral("Nuvo.Database");
 } // namespace
 
-std::shared_ptr<Engine> Engine::open(const DatabaseAddress &address, const QString &language, const QString &login) {
-  auto sql = std::make_unique<SqlConnection>(address);
+std::shared_ptr<Engine> Engine::open(const DatabaseAddress &address, const QString &language, const QString &login,
+                                     OpenMode mode) {
+  auto sql = std::make_unique<SqlConnection>(address, mode);
   auto catalog = SchemaStore::load(*sql);
+  // Only once the file is known to be a database of ours.
+  if (mode == OpenMode::ReadWrite)
+    sql->useWriteAheadLog();
   auto engine = std::make_shared<Engine>(Token{}, std::move(sql), std::move(catalog), language);
   engine->loadUser(login);
   return engine;
@@ -28,9 +32,10 @@ std::shared_ptr<Engine> Engine::open(const DatabaseAddress &address, const QStri
 
 std::shared_ptr<Engine> Engine::create(const DatabaseAddress &address, std::unique_ptr<Catalog> catalog,
                                        const QString &databaseName, const QString &language) {
-  auto sql = std::make_unique<SqlConnection>(address);
+  auto sql = std::make_unique<SqlConnection>(address, OpenMode::Create);
   catalog->complete();
   SchemaStore::create(*sql, *catalog, databaseName);
+  sql->useWriteAheadLog();
   auto engine = std::make_shared<Engine>(Token{}, std::move(sql), std::move(catalog), language);
   engine->loadUser({});
   return engine;

@@ -31,8 +31,11 @@ class Engine : public std::enable_shared_from_this<Engine> {
 public:
   // Opens a database that holds our schema. An empty login takes
   // ORVEX_USER, then the system's user name when it is a user of the
-  // database, then the first user by login.
-  static std::shared_ptr<Engine> open(const DatabaseAddress &address, const QString &language, const QString &login = {});
+  // database, then the first user by login. Raises 321 for a database
+  // that is not ours, and what SqlConnection raises for the mode. A
+  // database opened ReadWrite is switched to write-ahead logging.
+  static std::shared_ptr<Engine> open(const DatabaseAddress &address, const QString &language,
+                                      const QString &login = {}, OpenMode mode = OpenMode::ReadWrite);
   // Makes the schema for a catalog in an empty database and opens it.
   static std::shared_ptr<Engine> create(const DatabaseAddress &address, std::unique_ptr<Catalog> catalog,
                                         const QString &databaseName, const QString &language);

@@ -2,12 +2,17 @@
 
 #include "core/Error.h"
 
+#include <QFile>
+#include <QFileInfo>
 #include <QSqlError>
 #include <QUrl>
 #include <QUrlQuery>
 
 #include <algorithm>
 #include <atomic>
+
+#include <fcntl.h>
+#include <unistd.h>
 
 namespace kordel::nuvo {
 
@@ -25,6 +30,41 @@ QString nextConnectionName() {
   if (!sql.isEmpty())
     text += QStringLiteral(" [") + sql.left(300) + u']';
   raiseError(ErrorNumber::InvalidCall, kSource, text);
+}
+
+// SQLite's primary result code for a write to a database that cannot be
+// written; the driver gives extended codes, whose low byte it is.
+constexpr int kSqliteReadOnly = 8;
+
+bool refusedAsReadOnly(const QSqlError &error) {
+  bool ok = false;
+  const int code = error.nativeErrorCode().toInt(&ok);
+  return ok && (code & 0xff) == kSqliteReadOnly;
+}
+
+// A SQLite file that is to be opened, not made: it must be there and hold
+// a database, and be writable when it is to be written.
+void checkDatabaseFile(const DatabaseAddress &address, OpenMode mode) {
+  const QString &path = address.file;
+  QFile file(path);
+  if (!file.exists())
+    raiseError(ErrorNumber::FileNotFound, kSource, QStringLiteral("There is no database %1").arg(path));
+  if (QFileInfo(path).isDir())
+    raiseError(ErrorNumber::InvalidFileFormat, kSource, QStringLiteral("%1 is a folder, not a database").arg(path));
+  if (!file.open(QIODevice::ReadOnly))
+    raiseError(ErrorNumber::PermissionDenied, kSource,
+               QStringLiteral("The database %1 cannot be read: %2").arg(path, file.errorString()));
+  const QByteArray header = file.read(16);
+  if (header.isEmpty())
+    raiseError(ErrorNumber::InvalidFileFormat, kSource, QStringLiteral("%1 is empty, not a database").arg(path));
+  if (header != QByteArray("SQLite format 3", 16))
+    raiseError(ErrorNumber::InvalidFileFormat, kSource, QStringLiteral("%1 is not a database").arg(path));
+  if (mode == OpenMode::ReadWrite) {
+    const QString reason = whyNotWritable(address);
+    if (!reason.isEmpty())
+      raiseError(ErrorNumber::PermissionDenied, kSource,
+                 QStringLiteral("The database %1 cannot be changed: %2").arg(path, reason));
+  }
 }
 
 } // namespace
@@ -70,36 +110,89 @@ QString DatabaseAddress::name() const {
   return database;
 }
 
-SqlConnection::SqlConnection(const DatabaseAddress &address) : address_(address), connectionName_(nextConnectionName()) {
+QString whyNotWritable(const DatabaseAddress &address) {
+  if (address.dialect != Dialect::SQLite)
+    return {};
+  // The rights of the effective user, who opens the file.
+  const auto writable = [](const QString &path, int mode) {
+    return ::faccessat(AT_FDCWD, QFile::encodeName(path).constData(), mode, AT_EACCESS) == 0;
+  };
+  const QFileInfo file(address.file);
+  if (file.exists() && !writable(file.absoluteFilePath(), W_OK))
+    return QStringLiteral("the file is read-only");
+  // The journal and the write-ahead log are files beside the database.
+  if (!writable(file.absolutePath(), W_OK | X_OK))
+    return QStringLiteral("its folder %1 is read-only").arg(file.absolutePath());
+  return {};
+}
+
+SqlConnection::SqlConnection(const DatabaseAddress &address, OpenMode mode)
+    : address_(address), mode_(mode), connectionName_(nextConnectionName()) {
   const bool sqlite = address.dialect == Dialect::SQLite;
   const QString driver = sqlite ? QStringLiteral("QSQLITE") : QStringLiteral("QPSQL");
   if (!QSqlDatabase::isDriverAvailable(driver))
     raiseError(ErrorNumber::CannotCreateObject, kSource,
                QStringLiteral("The SQL driver %1 is not installed").arg(driver));
+  if (sqlite && mode != OpenMode::Create)
+    checkDatabaseFile(address, mode);
   db_ = QSqlDatabase::addDatabase(driver, connectionName_);
-  if (sqlite) {
-    db_.setDatabaseName(address.file);
-  } else {
-    db_.setHostName(address.host);
-    db_.setPort(address.port);
-    db_.setDatabaseName(address.database);
-    db_.setUserName(address.user);
-    db_.setPassword(address.password);
-  }
-  if (!db_.open()) {
-    const QSqlError error = db_.lastError();
+  try {
+    if (!sqlite) {
+      db_.setHostName(address.host);
+      db_.setPort(address.port);
+      db_.setDatabaseName(address.database);
+      db_.setUserName(address.user);
+      db_.setPassword(address.password);
+      open(QString());
+      exec(QStringLiteral("SET client_min_messages TO WARNING"));
+    } else if (mode == OpenMode::Create) {
+      db_.setDatabaseName(address.file);
+      open(QString());
+    } else {
+      // As an address, so that SQLite neither makes the file nor writes
+      // a file that is to be only read.
+      const QString uri = QUrl::fromLocalFile(QFileInfo(address.file).absoluteFilePath()).toString(QUrl::FullyEncoded);
+      const bool readOnly = mode == OpenMode::ReadOnly;
+      const QString options =
+          readOnly ? QStringLiteral("QSQLITE_OPEN_URI;QSQLITE_OPEN_READONLY") : QStringLiteral("QSQLITE_OPEN_URI");
+      db_.setDatabaseName(uri + (readOnly ? QStringLiteral("?mode=ro") : QStringLiteral("?mode=rw")));
+      open(options);
+      // A database with a write-ahead log in a folder that cannot be
+      // written has no place for the log's index: nobody can write it
+      // there, so it is read as a file that does not change.
+      if (readOnly && !readable()) {
+        db_.close();
+        db_.setDatabaseName(uri + QStringLiteral("?mode=ro&immutable=1"));
+        open(options);
+      }
+    }
+    if (sqlite) {
+      exec(QStringLiteral("PRAGMA synchronous=NORMAL"));
+      exec(QStringLiteral("PRAGMA temp_store=MEMORY"));
+    }
+  } catch (...) {
+    db_.close();
     db_ = QSqlDatabase();
     QSqlDatabase::removeDatabase(connectionName_);
-    raiseSqlError(QStringLiteral("Cannot open the database %1").arg(address.location()), error);
-  }
-  if (sqlite) {
-    exec(QStringLiteral("PRAGMA journal_mode=WAL"));
-    exec(QStringLiteral("PRAGMA synchronous=NORMAL"));
-    exec(QStringLiteral("PRAGMA temp_store=MEMORY"));
-  } else {
-    exec(QStringLiteral("SET client_min_messages TO WARNING"));
+    throw;
   }
   resetCounters();
+}
+
+void SqlConnection::open(const QString &options) {
+  db_.setConnectOptions(options);
+  if (!db_.open())
+    raiseSqlError(QStringLiteral("Cannot open the database %1").arg(address_.location()), db_.lastError());
+}
+
+bool SqlConnection::readable() {
+  QSqlQuery probe(db_);
+  return probe.exec(QStringLiteral("SELECT count(*) FROM sqlite_master"));
+}
+
+void SqlConnection::useWriteAheadLog() {
+  if (address_.dialect == Dialect::SQLite && mode_ != OpenMode::ReadOnly)
+    exec(QStringLiteral("PRAGMA journal_mode=WAL"));
 }
 
 SqlConnection::~SqlConnection() {
@@ -116,15 +209,15 @@ QSqlQuery SqlConnection::run(const QString &sql, const QVariantList &params, boo
   ++counters_.statements;
   if (params.isEmpty()) {
     if (!query.exec(sql))
-      raiseSqlError(QStringLiteral("The database refused a statement"), query.lastError(), sql);
+      raiseStatementError(query.lastError(), sql);
     return query;
   }
   if (!query.prepare(sql))
-    raiseSqlError(QStringLiteral("The database refused a statement"), query.lastError(), sql);
+    raiseStatementError(query.lastError(), sql);
   for (const QVariant &param : params)
     query.addBindValue(param);
   if (!query.exec())
-    raiseSqlError(QStringLiteral("The database refused a statement"), query.lastError(), sql);
+    raiseStatementError(query.lastError(), sql);
   return query;
 }
 
@@ -148,7 +241,14 @@ void SqlConnection::execPrepared(QSqlQuery &query, const QVariantList &params) {
   for (qsizetype i = 0; i < params.size(); ++i)
     query.bindValue(int(i), params[i]);
   if (!query.exec())
-    raiseSqlError(QStringLiteral("The database refused a statement"), query.lastError(), query.lastQuery());
+    raiseStatementError(query.lastError(), query.lastQuery());
+}
+
+void SqlConnection::raiseStatementError(const QSqlError &error, const QString &sql) {
+  if (refusedAsReadOnly(error))
+    raiseError(ErrorNumber::PermissionDenied, kSource,
+               QStringLiteral("The database %1 is read-only: the change is refused").arg(address_.location()));
+  raiseSqlError(QStringLiteral("The database refused a statement"), error, sql);
 }
 
 QVariant SqlConnection::scalar(const QString &sql, const QVariantList &params) {
@@ -202,9 +302,8 @@ QString SqlConnection::quote(const QString &name) {
   const auto simple = [](const QString &text) {
     if (text.isEmpty() || text.front().isDigit())
       return false;
-    return std::all_of(text.begin(), text.end(), [](QChar c) {
-      return (c >= u'a' && c <= u'z') || (c >= u'0' && c <= u'9') || c == u'_';
-    });
+    return std::all_of(text.begin(), text.end(),
+                       [](QChar c) { return (c >= u'a' && c <= u'z') || (c >= u'0' && c <= u'9') || c == u'_'; });
   };
   if (!simple(name))
     raiseError(ErrorNumber::InvalidCall, kSource, QStringLiteral("Not a valid SQL name: '%1'").arg(name));

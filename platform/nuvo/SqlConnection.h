@@ -32,6 +32,25 @@ struct DatabaseAddress {
   QString name() const;
 };
 
+// How a connection uses its database. Only Create makes a SQLite file;
+// the others refuse a file that is missing, empty or no SQLite database.
+enum class OpenMode {
+  // Makes the file when it is not there, and leaves the journal mode as
+  // it is (a new file keeps its rollback journal, so that the file alone
+  // holds every commit).
+  Create,
+  // Reads and writes an existing database; raises 70 when the file or its
+  // folder cannot be written.
+  ReadWrite,
+  // Never writes the database: a read-only file or folder serves, and a
+  // statement that would write is refused with 70.
+  ReadOnly,
+};
+
+// Why the SQLite file of the address cannot be written by this process
+// ("the file is read-only", ...); "" when it can, and for PostgreSQL.
+QString whyNotWritable(const DatabaseAddress &address);
+
 // How many statements a connection has run, for tests and benchmarks.
 struct StatementCounters {
   int statements = 0; // everything sent to the database
@@ -40,15 +59,18 @@ struct StatementCounters {
 
 // One open connection. Every failure of the driver becomes an Error with
 // number 5 naming the statement; the connection closes with the object.
+// Opening raises 53 for a SQLite file that is not there and 321 for one
+// that is empty or no database, unless the mode is Create.
 class SqlConnection {
 public:
-  explicit SqlConnection(const DatabaseAddress &address);
+  explicit SqlConnection(const DatabaseAddress &address, OpenMode mode = OpenMode::ReadWrite);
   ~SqlConnection();
   SqlConnection(const SqlConnection &) = delete;
   SqlConnection &operator=(const SqlConnection &) = delete;
 
   Dialect dialect() const { return address_.dialect; }
   const DatabaseAddress &address() const { return address_; }
+  bool readOnly() const { return mode_ == OpenMode::ReadOnly; }
   QSqlDatabase &database() { return db_; }
 
   // Runs a statement without result rows.
@@ -65,6 +87,11 @@ public:
   const StatementCounters &counters() const { return counters_; }
   void resetCounters() { counters_ = {}; }
 
+  // Switches a SQLite database to write-ahead logging, so that readers
+  // need not wait for a writer. A change of the file, left to the caller
+  // that knows the file is a database of ours.
+  void useWriteAheadLog();
+
   // Nested calls join the outer transaction.
   void begin();
   void commit();
@@ -78,8 +105,14 @@ public:
 
 private:
   QSqlQuery run(const QString &sql, const QVariantList &params, bool forwardOnly);
+  // Opens the database with the driver's options; raises when it cannot.
+  void open(const QString &options);
+  // Whether a first read of a SQLite database succeeds.
+  bool readable();
+  [[noreturn]] void raiseStatementError(const QSqlError &error, const QString &sql);
 
   DatabaseAddress address_;
+  OpenMode mode_;
   QString connectionName_;
   QSqlDatabase db_;
   StatementCounters counters_;

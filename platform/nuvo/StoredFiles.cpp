@@ -28,12 +28,23 @@ QList<FileSummary> listFiles(Engine &engine, int kind) {
 
 StoredRecords::StoredRecords(std::shared_ptr<Engine> engine) : engine_(std::move(engine)) {
   SqlConnection &sql = engine_->sql();
+  if (sql.readOnly())
+    present_ = sql.database().tables().contains(QStringLiteral("nv_storedrecord"), Qt::CaseInsensitive);
+  else
+    createTable();
+}
+
+void StoredRecords::createTable() {
+  SqlConnection &sql = engine_->sql();
   sql.exec(QStringLiteral("CREATE TABLE IF NOT EXISTS nv_storedrecord (guid TEXT PRIMARY KEY, type TEXT NOT NULL, "
                           "record %1 NOT NULL)")
                .arg(sql.blobType()));
+  present_ = true;
 }
 
 std::optional<QByteArray> StoredRecords::read(const QString &guid) const {
+  if (!present_)
+    return std::nullopt;
   QSqlQuery row = engine_->sql().select(QStringLiteral("SELECT record FROM nv_storedrecord WHERE guid = ?"), {guid});
   if (!row.next())
     return std::nullopt;
@@ -41,6 +52,8 @@ std::optional<QByteArray> StoredRecords::read(const QString &guid) const {
 }
 
 void StoredRecords::write(const QString &guid, const QString &type, const QByteArray &record) {
+  if (!present_)
+    createTable(); // refused by a database open only for reading
   SqlConnection &sql = engine_->sql();
   Transaction transaction(sql);
   sql.exec(QStringLiteral("DELETE FROM nv_storedrecord WHERE guid = ?"), {guid});
@@ -49,6 +62,8 @@ void StoredRecords::write(const QString &guid, const QString &type, const QByteA
 }
 
 void StoredRecords::remove(const QString &guid) {
+  if (!present_)
+    return;
   engine_->sql().exec(QStringLiteral("DELETE FROM nv_storedrecord WHERE guid = ?"), {guid});
 }
 

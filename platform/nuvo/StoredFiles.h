@@ -26,7 +26,7 @@ QList<FileSummary> listFiles(Engine &engine, int kind);
 // The stored records the host keeps for its objects (the persisted state
 // of report objects), one opaque record per guid with the type of object
 // that wrote it. The table is made on first use, so databases made before
-// it existed gain it.
+// it existed gain it; a database open only for reading is read as it is.
 class StoredRecords {
 public:
   explicit StoredRecords(std::shared_ptr<Engine> engine);
@@ -39,7 +39,10 @@ public:
   void remove(const QString &guid);
 
 private:
+  void createTable();
+
   std::shared_ptr<Engine> engine_;
+  bool present_ = false; // whether the database has the table
 };
 
 } // namespace kordel::nuvo

@@ -284,7 +284,7 @@ DemoCounts createDemoDatabase(const DatabaseAddress &address, const DemoOptions 
   auto catalog = demoCatalog();
   catalog->complete();
   try {
-    SqlConnection sql(address);
+    SqlConnection sql(address, OpenMode::Create);
     Transaction transaction(sql);
     SchemaStore::create(sql, *catalog, options.databaseName);
     DemoCounts counts = DemoGenerator(sql, *catalog, options).run();
