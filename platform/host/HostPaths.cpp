@@ -27,6 +27,8 @@ QString dataFolder() {
 
 QString documentsFolder() { return QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation); }
 
+QString defaultDatabase() { return dataFolder() + QStringLiteral("/demo.db"); }
+
 QString registryFile() { return configFolder() + QStringLiteral("/registry.ini"); }
 
 QString logFile() {

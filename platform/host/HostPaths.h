@@ -15,6 +15,10 @@ QString dataFolder();
 // The user's documents folder.
 QString documentsFolder();
 
+// The database the commands use when none is named: "demo.db" in the
+// data folder, where "orvex demo" makes it.
+QString defaultDatabase();
+
 // The per-user registry file in the configuration folder.
 QString registryFile();
 // The application log file.

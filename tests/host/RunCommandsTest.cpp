@@ -6,7 +6,7 @@
 // a print queue of the test's own, and the preview window opened and
 // closed.
 
-#include "cli/RunCommands.h"
+#include "cli/Commands.h"
 
 #include "engine/preview/PreviewWindow.h"
 #include "host/FileLog.h"
@@ -522,8 +522,10 @@ TEST_F(RunCommands, PreviewShowsTheReportsPagesUntilTheWindowIsClosed) {
     }
   });
   watch.start(20);
+  const host::cli::Command *preview = host::cli::findCommand(QStringLiteral("preview"));
   const int exitCode =
-      host::cli::previewReport(*application, {"--report", kCompanyList, "--ids", "5,6", "--db", data().database});
+      preview->run(*application, host::cli::Arguments::parse(preview->syntax, {"--report", kCompanyList, "--ids", "5,6",
+                                                                               "--db", data().database}));
   watch.stop();
   hostapi::installUi(nullptr);
   EXPECT_EQ(exitCode, 0);
@@ -531,13 +533,19 @@ TEST_F(RunCommands, PreviewShowsTheReportsPagesUntilTheWindowIsClosed) {
   EXPECT_TRUE(found) << "the window shows the records of the range";
 }
 
-// Without a display and without a chosen window platform, a preview would
-// open where nobody can close it; the command refuses instead.
+// Without a display, or on a window platform that draws offscreen, a
+// preview would open where nobody can close it; the command refuses instead.
 TEST_F(RunCommands, PreviewWithoutADisplayIsRefused) {
-  const OrvexRun run = orvex({"preview", "--report", kCompanyList, "--all"},
-                             {{"QT_QPA_PLATFORM", ""}, {"DISPLAY", ""}, {"WAYLAND_DISPLAY", ""}});
-  EXPECT_EQ(run.exitCode, 1);
-  EXPECT_TRUE(run.err.startsWith(QStringLiteral("orvex: The preview needs a display"))) << run.err.toStdString();
+  const QMap<QString, QString> nowhere[] = {
+      {{"QT_QPA_PLATFORM", ""}, {"DISPLAY", ""}, {"WAYLAND_DISPLAY", ""}},
+      {{"QT_QPA_PLATFORM", "offscreen"}, {"DISPLAY", ":0"}},
+      {{"QT_QPA_PLATFORM", "minimal"}, {"DISPLAY", ""}, {"WAYLAND_DISPLAY", ""}},
+  };
+  for (const auto &environment : nowhere) {
+    const OrvexRun run = orvex({"preview", "--report", kCompanyList, "--all"}, environment);
+    EXPECT_EQ(run.exitCode, 1) << environment.value("QT_QPA_PLATFORM").toStdString();
+    EXPECT_TRUE(run.err.startsWith(QStringLiteral("orvex: The preview needs a display"))) << run.err.toStdString();
+  }
 }
 
 } // namespace

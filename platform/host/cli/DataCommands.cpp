@@ -1,4 +1,5 @@
 #include "cli/DataCommands.h"
+#include "cli/InterruptCleanup.h"
 #include "cli/Options.h"
 #include "cli/ReportCommands.h"
 
@@ -7,6 +8,7 @@
 
 #include "nuvo/DatabaseObject.h"
 #include "nuvo/Engine.h"
+#include "nuvo/demo/DemoBuild.h"
 #include "nuvo/demo/DemoDatabase.h"
 
 #include "core/Error.h"
@@ -24,40 +26,48 @@ const QString kSource = QStringLiteral("orvex");
 
 } // namespace
 
-QString defaultDatabase() { return HostPaths::dataFolder() + QStringLiteral("/orvex.db"); }
-
-int demo(HostApplication &app, const QStringList &args) {
-  QString database = defaultDatabase();
+int demo(HostApplication &app, const Arguments &arguments) {
+  QString database = arguments.value(QStringLiteral("--db"));
+  if (database.isEmpty())
+    database = HostPaths::defaultDatabase();
   nuvo::demo::DemoOptions options;
-  for (qsizetype at = 0; at < args.size(); ++at) {
-    const QString &option = args[at];
-    if (option == QLatin1String("--db"))
-      database = optionValue(args, at);
-    else if (option == QLatin1String("--companies"))
-      options.companies = wholeNumber(optionValue(args, at), option);
-    else if (option == QLatin1String("--seed"))
-      options.seed = std::uint64_t(wholeNumber(optionValue(args, at), option));
-    else
-      raiseError(
-          ErrorNumber::InvalidCall, kSource,
-          QStringLiteral("usage: orvex demo [--db FILE] [--companies N] [--seed S] ('%1' is unknown)").arg(option));
-  }
-  const auto address = nuvo::DatabaseAddress::parse(database);
-  if (address.dialect == nuvo::Dialect::SQLite)
-    QDir().mkpath(QFileInfo(address.file).absolutePath());
-  const auto counts = nuvo::demo::createDemoDatabase(address, options);
-  std::fprintf(stdout, "Demo database %s:\n", address.location().toUtf8().constData());
+  if (arguments.has(QStringLiteral("--companies")))
+    options.companies = wholeNumber(arguments.value(QStringLiteral("--companies")), QStringLiteral("--companies"));
+  if (arguments.has(QStringLiteral("--seed")))
+    options.seed = std::uint64_t(wholeNumber(arguments.value(QStringLiteral("--seed")), QStringLiteral("--seed")));
+  const auto target = nuvo::DatabaseAddress::parse(database);
+  if (target.dialect == nuvo::Dialect::SQLite)
+    QDir().mkpath(QFileInfo(target.file).absolutePath());
+  nuvo::demo::DemoBuild build(target);
+  const InterruptCleanup cleanup(build.temporaryFiles());
+  const auto counts = nuvo::demo::createDemoDatabase(build.address(), options);
+  // Opened without a write-ahead log, so that the file alone holds the
+  // reports when it takes its name.
+  app.setDatabase(std::make_shared<nuvo::DatabaseObject>(
+      nuvo::Engine::open(build.address(), app.language(), {}, nuvo::OpenMode::Create)));
+  const QStringList reports = addDemoReports(app);
+  app.setDatabase(nullptr);
+  build.finish();
+
+  std::fprintf(stdout, "Demo database %s:\n", target.location().toUtf8().constData());
   for (auto it = counts.constBegin(); it != counts.constEnd(); ++it)
     std::fprintf(stdout, "  %-10s %d\n", it.key().toUtf8().constData(), it.value());
-  openDatabase(app, database);
-  const QStringList reports = addDemoReports(app);
   std::fprintf(stdout, "  %-10s %lld\n", "reports", static_cast<long long>(reports.size()));
   return 0;
 }
 
-void openDatabase(HostApplication &app, const QString &database) {
-  const auto address = nuvo::DatabaseAddress::parse(database.isEmpty() ? defaultDatabase() : database);
-  auto engine = nuvo::Engine::open(address, app.language());
+void openDatabase(HostApplication &app, const QString &database, nuvo::OpenMode mode) {
+  const auto address = nuvo::DatabaseAddress::parse(database.isEmpty() ? HostPaths::defaultDatabase() : database);
+  std::shared_ptr<nuvo::Engine> engine;
+  try {
+    engine = nuvo::Engine::open(address, app.language(), {}, mode);
+  } catch (const Error &error) {
+    if (error.number() != ErrorNumber::FileNotFound && error.number() != ErrorNumber::InvalidFileFormat)
+      throw;
+    const QString make =
+        database.isEmpty() ? QStringLiteral("orvex demo") : QStringLiteral("orvex demo --db ") + database;
+    raiseError(error.number(), kSource, QStringLiteral("%1; run `%2` to make one").arg(error.description(), make));
+  }
   app.setDatabase(std::make_shared<nuvo::DatabaseObject>(std::move(engine)));
 }
 

@@ -26,40 +26,6 @@ const QString kSource = QStringLiteral("orvex");
 
 void printLine(const QString &text) { std::fprintf(stdout, "%s\n", text.toUtf8().constData()); }
 
-// The words of a command: its positional arguments and its --db.
-struct Words {
-  QStringList positional;
-  QString database;
-  QString name;
-};
-
-Words parse(const QStringList &args, bool takesName, const QString &usage) {
-  Words words;
-  for (qsizetype at = 0; at < args.size(); ++at) {
-    const QString &word = args[at];
-    if (word == QLatin1String("--db"))
-      words.database = optionValue(args, at);
-    else if (takesName && word == QLatin1String("--name"))
-      words.name = optionValue(args, at);
-    else if (word.startsWith(QLatin1String("--")))
-      raiseError(ErrorNumber::InvalidCall, kSource, QStringLiteral("usage: %1 ('%2' is unknown)").arg(usage, word));
-    else
-      words.positional << word;
-  }
-  return words;
-}
-
-// The words of a command with its number of positional arguments, and its
-// database opened.
-Words commandWords(HostApplication &app, const QStringList &args, qsizetype count, bool takesName,
-                   const QString &usage) {
-  const Words words = parse(args, takesName, usage);
-  if (words.positional.size() != count)
-    raiseError(ErrorNumber::InvalidCall, kSource, QStringLiteral("usage: %1").arg(usage));
-  openDatabase(app, words.database);
-  return words;
-}
-
 // The add-in connected to the application for the length of a command.
 class ConnectedCatalog {
 public:
@@ -82,8 +48,8 @@ QString classText(HostApplication &app, const QString &name) {
 
 } // namespace
 
-int reports(HostApplication &app, const QStringList &args) {
-  commandWords(app, args, 0, false, QStringLiteral("orvex reports [--db DATABASE]"));
+int reports(HostApplication &app, const Arguments &arguments) {
+  openDatabase(app, arguments.value(QStringLiteral("--db")), nuvo::OpenMode::ReadOnly);
   ConnectedCatalog catalog(app);
   const QList<ReportEntry> entries = catalog->list();
   if (entries.isEmpty()) {
@@ -99,20 +65,21 @@ int reports(HostApplication &app, const QStringList &args) {
   return 0;
 }
 
-int reportExport(HostApplication &app, const QStringList &args) {
-  const Words words =
-      commandWords(app, args, 2, false, QStringLiteral("orvex report-export NAME FILE [--db DATABASE]"));
+int reportExport(HostApplication &app, const Arguments &arguments) {
+  openDatabase(app, arguments.value(QStringLiteral("--db")), nuvo::OpenMode::ReadOnly);
+  const QString &name = arguments.positional()[0];
+  const QString &file = arguments.positional()[1];
   ConnectedCatalog catalog(app);
-  const ReportEntry entry = catalog->exportDocument(words.positional[0], words.positional[1]);
-  printLine(QStringLiteral("Wrote \"%1\" to %2").arg(entry.name, words.positional[1]));
+  const ReportEntry entry = catalog->exportDocument(name, file);
+  printLine(QStringLiteral("Wrote \"%1\" to %2").arg(entry.name, file));
   return 0;
 }
 
-int reportImport(HostApplication &app, const QStringList &args) {
-  const Words words =
-      commandWords(app, args, 1, true, QStringLiteral("orvex report-import FILE [--name NAME] [--db DATABASE]"));
+int reportImport(HostApplication &app, const Arguments &arguments) {
+  openDatabase(app, arguments.value(QStringLiteral("--db")), nuvo::OpenMode::ReadWrite);
   ConnectedCatalog catalog(app);
-  const ReportEntry entry = catalog->importDocument(words.positional[0], words.name);
+  const ReportEntry entry =
+      catalog->importDocument(arguments.positional()[0], arguments.value(QStringLiteral("--name")));
   printLine(QStringLiteral("Stored \"%1\" (%2)").arg(entry.name, classText(app, entry.reportClass)));
   return 0;
 }

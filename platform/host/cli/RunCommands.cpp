@@ -87,7 +87,8 @@ public:
             host.settings(), host.log(), request.language.isEmpty() ? host.language() : request.language)),
         addins_(*application_) {
     addins_.loadPlugins(HostPaths::addinFolder());
-    openDatabase(*application_, request.database);
+    // A run reads the database; what it keeps of a run goes to the settings.
+    openDatabase(*application_, request.database, nuvo::OpenMode::ReadOnly);
     catalog_.emplace(*application_, addins_.connectReportFactory(QString::fromLatin1(hostapi::kAddinProgId)));
     entry_ = catalog_->find(request.report);
     reportClass_ = reportClass();
@@ -176,8 +177,8 @@ QString printerUsed(hostapi::ReportContext &context) {
 
 } // namespace
 
-int exportReport(HostApplication &host, const QStringList &args) {
-  const RunRequest request = RunRequest::parse(RunMode::Export, args);
+int exportReport(HostApplication &host, const Arguments &arguments) {
+  const RunRequest request = RunRequest::read(RunMode::Export, arguments);
   const ExportTarget target = ExportTarget::check(request.outFile);
   checkLanguage(request.language);
   ReportRun run(host, request);
@@ -196,8 +197,8 @@ int exportReport(HostApplication &host, const QStringList &args) {
   return 0;
 }
 
-int printReport(HostApplication &host, const QStringList &args) {
-  const RunRequest request = RunRequest::parse(RunMode::Print, args);
+int printReport(HostApplication &host, const Arguments &arguments) {
+  const RunRequest request = RunRequest::read(RunMode::Print, arguments);
   checkLanguage(request.language);
   const QString printer = request.printer.isEmpty() ? QString() : printerNamed(request.printer);
   ReportRun run(host, request);
@@ -216,11 +217,12 @@ int printReport(HostApplication &host, const QStringList &args) {
   return 0;
 }
 
-int previewReport(HostApplication &host, const QStringList &args) {
-  const RunRequest request = RunRequest::parse(RunMode::Preview, args);
+int previewReport(HostApplication &host, const Arguments &arguments) {
+  const RunRequest request = RunRequest::read(RunMode::Preview, arguments);
   if (!windowsReachTheUser())
     raiseError(ErrorNumber::InvalidCall, QStringLiteral("orvex"),
-               QStringLiteral("The preview needs a display: none is set (DISPLAY or WAYLAND_DISPLAY)"));
+               QStringLiteral("The preview needs a display: none is set (DISPLAY or WAYLAND_DISPLAY), or "
+                              "the window platform (QT_QPA_PLATFORM) draws offscreen"));
   checkLanguage(request.language);
   ReportRun run(host, request);
   progress(QStringLiteral("Previewing %1").arg(run.subject()));

@@ -8,6 +8,8 @@
 
 namespace kordel::host::cli {
 
+class Arguments;
+
 // What a run does with the report's pages.
 enum class RunMode { Export, Print, Preview };
 
@@ -31,7 +33,7 @@ struct SubFilterRequest {
   QString filter;
 };
 
-// The words of one export, print or preview command, checked for their
+// What one export, print or preview command asks for, checked for its
 // form; nothing here reads the database.
 struct RunRequest {
   RunMode mode = RunMode::Export;
@@ -44,11 +46,10 @@ struct RunRequest {
   QString printer;
   int copies = 0; // 0 leaves the number to the report and printer
 
-  // Raises 5 with the command's usage for an unknown or repeated option, a
-  // missing value, a missing --report (or --out for an export), no range or
-  // more than one, and values of the wrong form.
-  static RunRequest parse(RunMode mode, const QStringList &args);
-  static QString usage(RunMode mode);
+  // The request of the command's words, read by the shared parser. Raises
+  // 5 for a missing --report (or --out for an export), no range or more
+  // than one, --select without --explorer, and values of the wrong form.
+  static RunRequest read(RunMode mode, const Arguments &arguments);
 };
 
 } // namespace kordel::host::cli

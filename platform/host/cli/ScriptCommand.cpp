@@ -1,8 +1,10 @@
 #include "cli/ScriptCommand.h"
 
 #include "cli/DataCommands.h"
+#include "cli/Options.h"
 
 #include "host/HostApplication.h"
+#include "host/HostPaths.h"
 
 #include "hostapi/Ui.h"
 
@@ -16,40 +18,24 @@
 
 namespace kordel::host::cli {
 
-namespace {
-
-const QString kUsage =
-    QStringLiteral("usage: orvex script [--db DATABASE] [--language VBScript|JScript] FILE [ARGUMENTS]");
-
-} // namespace
-
-int script(HostApplication &app, const QStringList &args) {
-  QString database;
-  QString language;
-  QString file;
-  QStringList scriptArguments;
-  for (qsizetype at = 0; at < args.size(); ++at) {
-    const QString &arg = args[at];
-    if (!file.isEmpty())
-      scriptArguments << arg; // everything after the file belongs to the script
-    else if ((arg == QLatin1String("--db") || arg == QLatin1String("--language")) && at + 1 < args.size())
-      (arg == QLatin1String("--db") ? database : language) = args[++at];
-    else if (!arg.startsWith(QLatin1String("--")))
-      file = arg;
-    else
-      raiseError(ErrorNumber::InvalidCall, QStringLiteral("orvex"), kUsage);
+int script(HostApplication &app, const Arguments &arguments) {
+  const QString &file = arguments.positional().front();
+  const QString database = arguments.value(QStringLiteral("--db"));
+  const QString language = arguments.value(QStringLiteral("--language"));
+  // A script may change the database; on a database that cannot be
+  // written it still reads, and a change it tries is refused.
+  if (!database.isEmpty() || QFileInfo::exists(HostPaths::defaultDatabase())) {
+    const auto address = nuvo::DatabaseAddress::parse(database.isEmpty() ? HostPaths::defaultDatabase() : database);
+    openDatabase(app, database,
+                 nuvo::whyNotWritable(address).isEmpty() ? nuvo::OpenMode::ReadWrite : nuvo::OpenMode::ReadOnly);
   }
-  if (file.isEmpty())
-    raiseError(ErrorNumber::InvalidCall, QStringLiteral("orvex"), kUsage);
-  if (!database.isEmpty() || QFileInfo::exists(defaultDatabase()))
-    openDatabase(app, database);
 
   script::ScriptRunOptions options;
   options.language = !language.isEmpty()                                        ? language
                      : file.endsWith(QLatin1String(".js"), Qt::CaseInsensitive) ? QStringLiteral("JScript")
                                                                                 : QStringLiteral("VBScript");
   options.scriptName = QFileInfo(file).fileName();
-  options.arguments = scriptArguments;
+  options.arguments = arguments.rest();
   options.namedItems.emplace_back(QStringLiteral("Application"), app.shared_from_this());
   options.objectFactory = [&app](const QString &progId) -> ObjectRef {
     try {
