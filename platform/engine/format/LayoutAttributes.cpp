@@ -156,6 +156,7 @@ const Attributes<Section> &sectionAttributes() {
       boolean("CanShrink", &S::canShrink),
       boolean("KeepTogether", &S::keepTogether),
       enumeration("NewPage", &S::newPage, 0, 3),
+      enumeration("RepeatStyle", &S::repeatStyle, 0, 1),
   };
   return attributes;
 }

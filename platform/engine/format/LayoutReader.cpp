@@ -234,6 +234,7 @@ void takeInto(LayoutReport &report, const ReadLayout &layout) {
     section->canShrink = read->canShrink;
     section->keepTogether = read->keepTogether;
     section->newPage = read->newPage;
+    section->repeatStyle = read->repeatStyle;
     for (const auto &control : read->controls()->all())
       section->controls()->append(control);
   }

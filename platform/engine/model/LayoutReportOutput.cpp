@@ -144,6 +144,7 @@ void LayoutReport::presentPreview() {
   if (!caption.isEmpty())
     window.setWindowTitle(caption);
   window.setPrintHandler([this] { printReport(false); });
+  window.showRunProblems(runErrors_);
   applyWindowPlace(window, windowPlace);
   preview_ = &window;
   presentModal(window);

@@ -50,6 +50,15 @@ const MemberTable &Section::memberTable() const {
           "KeepTogether", [](S &s) { return s.keepTogether; },
           [](S &s, const Variant &v) { s.keepTogether = v.toBool(); }),
       property<S>(
+          "RepeatStyle", [](S &s) { return std::int16_t(s.repeatStyle); },
+          [](S &s, const Variant &v) {
+            const int style = v.toInteger();
+            if (style < 0 || style > 1)
+              raiseError(ErrorNumber::InvalidCall, QStringLiteral("Section.RepeatStyle"),
+                         QStringLiteral("RepeatStyle is 0 (none) or 1 (on each page), not %1").arg(style));
+            s.repeatStyle = RepeatStyle(style);
+          }),
+      property<S>(
           "NewPage", [](S &s) { return int(s.newPage); },
           [](S &s, const Variant &v) {
             const int value = v.toLong();

@@ -26,9 +26,14 @@ enum class SectionType {
 // NewPage: where a section forces a page break.
 enum class NewPage { None = 0, Before = 1, After = 2, BeforeAfter = 3 };
 
+// Whether a group header repeats at the top of each page its group goes on
+// to.
+enum class RepeatStyle { None = 0, OnPage = 1 };
+
 // A band of a layout. Late-bound: Name, Type, Height, Visible, BackStyle,
 // BackColor, Controls, DataField (group headers: a new group starts when
-// its value changes), Script, CanGrow, CanShrink, KeepTogether, NewPage.
+// its value changes), Script, CanGrow, CanShrink, KeepTogether, NewPage,
+// RepeatStyle (group headers).
 class Section : public Object {
 public:
   static std::shared_ptr<Section> create(SectionType type, const QString &name);
@@ -51,6 +56,7 @@ public:
   bool canShrink = false;
   bool keepTogether = false;
   NewPage newPage = NewPage::None;
+  RepeatStyle repeatStyle = RepeatStyle::None;
 
 protected:
   const MemberTable &memberTable() const override;

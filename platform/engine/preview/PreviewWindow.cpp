@@ -97,11 +97,20 @@ PreviewWindow::PreviewWindow(std::shared_ptr<const PageDocument> document, QWidg
   status_->setObjectName(QStringLiteral("LblStatus"));
   status_->setContentsMargins(6, 2, 6, 2);
 
+  problems_ = new QLabel;
+  problems_->setObjectName(QStringLiteral("LblRunProblems"));
+  problems_->setContentsMargins(6, 4, 6, 4);
+  problems_->setAutoFillBackground(true);
+  problems_->setStyleSheet(QStringLiteral("QLabel { background: #fff4c2; color: #5a4500; }"));
+  problems_->setTextInteractionFlags(Qt::TextSelectableByMouse);
+  problems_->hide();
+
   auto *layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(0);
   layout->addWidget(toolBar);
   layout->addWidget(splitter, 1);
+  layout->addWidget(problems_);
   layout->addWidget(status_);
 
   if (const QScreen *screen = QGuiApplication::primaryScreen())
@@ -395,5 +404,22 @@ void PreviewWindow::showPrintProgress(int page, int count) {
 void PreviewWindow::setStatus(const QString &text) { status_->setText(text); }
 
 QString PreviewWindow::statusText() const { return status_->text(); }
+
+void PreviewWindow::showRunProblems(const QStringList &problems) {
+  problems_->setVisible(!problems.isEmpty());
+  if (problems.isEmpty())
+    return;
+  constexpr int kListed = 30;
+  problems_->setText(problems.size() == 1 ? tr("The run had a problem: %1").arg(problems.first())
+                                          : tr("The run had %1 problems. The first: %2")
+                                                .arg(problems.size())
+                                                .arg(problems.first()));
+  QStringList listed = problems.mid(0, kListed);
+  if (problems.size() > kListed)
+    listed << tr("... and %1 more, in the application log").arg(problems.size() - kListed);
+  problems_->setToolTip(listed.join(u'\n'));
+}
+
+QString PreviewWindow::runProblemsText() const { return problems_->isHidden() ? QString() : problems_->text(); }
 
 } // namespace kordel::engine

@@ -78,6 +78,11 @@ public:
   // Notes in the status line that a page has gone to the printer.
   void showPrintProgress(int page, int pageCount);
   QString statusText() const;
+  // A bar above the status line that tells how many problems the run had
+  // (script errors, failed field expressions) and the first; every one in
+  // its tool tip. Hidden when there are none.
+  void showRunProblems(const QStringList &problems);
+  QString runProblemsText() const;
 
   // The widget that shows the page, for callers that look at what is shown.
   const PageView &pageView() const { return *pageView_; }
@@ -110,6 +115,7 @@ private:
   QComboBox *zoomBox_ = nullptr;
   QLineEdit *findBox_ = nullptr;
   QLabel *status_ = nullptr;
+  QLabel *problems_ = nullptr;
   QAction *firstAction_ = nullptr;
   QAction *previousAction_ = nullptr;
   QAction *nextAction_ = nullptr;

@@ -253,8 +253,10 @@ bool ReportRun::fetch(Row &row) {
   Args args{Variant(true)};
   rowNumber_ = fetched_ + 1;
   raise(QStringLiteral("ActiveReport_FetchData"), args);
-  if (args[0].toNumberOr(1) != 0)
+  if (args[0].toNumberOr(1) != 0) {
+    rowNumber_ = fetched_;
     return false;
+  }
   row.number = ++fetched_;
   const auto &fields = report_.fields();
   row.fields.clear();
@@ -370,6 +372,21 @@ std::optional<Band> ReportRun::format(Section &section, bool opensItsPage) {
   return band;
 }
 
+std::optional<Band> ReportRun::pageTop(Section *pageHeader) {
+  std::optional<Band> top = pageHeader ? format(*pageHeader) : std::nullopt;
+  for (std::size_t i = 0; i < groupHeaders_.size(); ++i) {
+    if (!groupOpen_[i] || groupHeaders_[i]->repeatStyle != RepeatStyle::OnPage)
+      continue;
+    if (auto repeated = format(*groupHeaders_[i])) {
+      if (!top)
+        top = std::move(repeated);
+      else
+        top->pieces.insert(top->pieces.end(), repeated->pieces.begin(), repeated->pieces.end());
+    }
+  }
+  return top;
+}
+
 void ReportRun::printSection(Section *section) {
   if (!section)
     return;
@@ -431,6 +448,7 @@ void ReportRun::flow(bool paginated) {
   }
   for (auto &[field, summary] : summaries_)
     summary = Summary{};
+  groupOpen_.assign(groupHeaders_.size(), false);
 
   if (paginated) {
     const LayoutPrinter &printer = *report_.printer();
@@ -450,9 +468,7 @@ void ReportRun::flow(bool paginated) {
     Paginator::Hooks hooks;
     hooks.pageStart = [this] { raise(QStringLiteral("ActiveReport_PageStart")); };
     hooks.pageEnd = [this] { raise(QStringLiteral("ActiveReport_PageEnd")); };
-    hooks.pageHeader = [this, pageHeader]() -> std::optional<Band> {
-      return pageHeader ? format(*pageHeader) : std::nullopt;
-    };
+    hooks.pageHeader = [this, pageHeader]() { return pageTop(pageHeader); };
     hooks.pageFooter = [this, pageFooter]() -> std::optional<Band> {
       return pageFooter ? format(*pageFooter) : std::nullopt;
     };
@@ -481,7 +497,9 @@ void ReportRun::flow(bool paginated) {
       }
     for (std::size_t i = changedFrom; i < groupHeaders_.size(); ++i) {
       resetSummaries(groupHeaders_[i]->name);
+      groupOpen_[i] = false; // the header opens its group on the page it lands on
       printSection(groupHeaders_[i]);
+      groupOpen_[i] = true;
     }
     accumulate();
     printSection(detail);
@@ -491,8 +509,10 @@ void ReportRun::flow(bool paginated) {
         endingFrom = i;
         break;
       }
-    for (std::size_t i = groupHeaders_.size(); i-- > endingFrom;)
+    for (std::size_t i = groupHeaders_.size(); i-- > endingFrom;) {
       printSection(groupFooters_[i]);
+      groupOpen_[i] = false;
+    }
     last = *current;
     previous = &last;
     std::swap(current, next);

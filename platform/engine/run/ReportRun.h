@@ -42,7 +42,9 @@ class UnboundField;
 // group headers whose key changed (or all at the first row), the detail,
 // then the group footers, innermost first, whose key changes at the next row
 // (or all at the last). Then the report footer, ReportEnd and Terminate
-// (which a run for printing or a preview leaves to the end of those). Each
+// (which a run for printing or a preview leaves to the end of those). A
+// group header with RepeatStyle OnPage prints again below the page header
+// of each page its group goes on to. Each
 // showing of a section raises <Section>_Format, is formatted into a band
 // unless it is hidden, raises <Section>_BeforePrint, is placed, and raises
 // <Section>_AfterPrint; a section's own script answers the same as OnFormat,
@@ -125,6 +127,9 @@ private:
   // are formatted by the paginator itself.
   std::optional<Band> format(Section &section, bool opensItsPage = false);
   void printSection(Section *section);
+  // What opens each page: the page header, then the headers of the groups
+  // that go on from the page before and repeat on each page.
+  std::optional<Band> pageTop(Section *pageHeader);
   // Keeps the error in flight with its place and the row; when the script
   // budget is spent, raises the error that stops the run.
   void recordError(const QString &where);
@@ -143,6 +148,7 @@ private:
   std::vector<Band> *collected_ = nullptr; // the bands of an embedded run
   std::vector<Section *> groupHeaders_;    // outermost first
   std::vector<Section *> groupFooters_;    // paired by index with the headers
+  std::vector<bool> groupOpen_;            // per header: printed, and its footer not yet
   std::vector<const Field *> fetchTimeFields_;
   std::map<const Field *, Summary> summaries_;
   std::map<const SubReport *, SubRun> subRuns_;

@@ -74,6 +74,7 @@ DemoReport companyList() {
   addPageHeader(*companies, QStringLiteral("Company list"), columns);
   Section &country = addSection(*companies, SectionType::GroupHeader, QStringLiteral("GroupCountry1"), 420);
   country.dataField = QStringLiteral("country");
+  country.repeatStyle = engine::RepeatStyle::OnPage; // each page says which country its rows are in
   setFont(addDataField(country, QStringLiteral("country"), 0, 90, 6000), 11, true);
   Section &detail = addSection(*companies, SectionType::Detail, QStringLiteral("Detail"), kRowHeight);
   detail.keepTogether = true; // a company stays on one page with its persons

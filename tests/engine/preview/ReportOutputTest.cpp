@@ -237,6 +237,21 @@ TEST_F(ReportOutput, APreviewClosedWithoutPrintingPrintsNothing) {
   EXPECT_TRUE(pdfFiles().isEmpty());
 }
 
+TEST_F(ReportOutput, ThePreviewTellsOfTheRunsProblems) {
+  auto field = std::static_pointer_cast<Field>(report_->detail()->controls()->add("DDActiveReports2.Field"));
+  field->dataField = QStringLiteral("=1 / 0");
+  QString shown;
+  setModalPresenter([&](QWidget &window) {
+    shown = static_cast<PreviewWindow &>(window).runProblemsText();
+    window.close();
+  });
+  report_->show(true);
+  EXPECT_TRUE(shown.startsWith(QStringLiteral("The run had %1 problems. The first: field %2 in section Detail")
+                                   .arg(report_->runErrors().size())
+                                   .arg(field->name)))
+      << shown.toStdString();
+}
+
 TEST_F(ReportOutput, APrintFailureIsShownAndTheWindowStaysOpen) {
   // A file where the documents folder should be: the built-in printer
   // cannot write.

@@ -35,6 +35,7 @@ public:
       : report_(std::move(report)), rows_(std::move(rows)) {}
 
   std::vector<QString> events;
+  std::function<void()> onReportStart;
 
 protected:
   const MemberTable &memberTable() const override {
@@ -61,6 +62,8 @@ protected:
         method<RowSource>("ActiveReport_ReportStart",
                           [](RowSource &s, Args &) {
                             s.events.push_back("ReportStart");
+                            if (s.onReportStart)
+                              s.onReportStart();
                             return Variant();
                           }),
         method<RowSource>("ActiveReport_PageStart",
@@ -329,6 +332,73 @@ function OnFormat() {
   Mark.Caption = "odd";
 }
 )");
+}
+
+TEST(ReportRunTest, GroupHeadersRepeatOnThePagesTheirGroupGoesOnToWhenAskedTo) {
+  const QStringList cities{"Lund", QString::fromUtf8("Malmö"), "Ystad"};
+  for (const RepeatStyle style : {RepeatStyle::None, RepeatStyle::OnPage}) {
+    auto report = customerList();
+    report->sections()->find("GroupHeader1")->repeatStyle = style;
+    auto source = std::make_shared<RowSource>(report, customers(120));
+    report->setEventSink(source);
+    report->run();
+    const PageDocument &pages = *report->pages();
+    ASSERT_GT(pages.pageCount(), 2);
+    int headed = 0;
+    for (int i = 1; i < pages.pageCount(); ++i) {
+      const QStringList page = pageLines(pages, i);
+      ASSERT_GE(page.size(), 3);
+      EXPECT_EQ(page[0], "Name") << "the page header stays first";
+      headed += cities.contains(page[1]);
+      EXPECT_EQ(page.count(page[1]), 1) << "a group that starts at the top of a page is not headed twice";
+    }
+    if (style == RepeatStyle::OnPage)
+      EXPECT_EQ(headed, pages.pageCount() - 1) << "every page says which city its rows are in";
+    else
+      EXPECT_LT(headed, pages.pageCount() - 1) << "some page goes on with a city without saying so";
+  }
+}
+
+TEST(ReportRunTest, TheReportHeaderSeesTheFirstRowAndScriptsTakeTheLanguageSetAtReportStart) {
+  auto report = LayoutReport::create();
+  auto &header = *report->sections()->add("ReportHeader", 0, SectionType::ReportHeader, 300);
+  addField(header, "name", 0, 2000);
+  auto &detail = *report->sections()->add("Detail", 1, SectionType::Detail, 300);
+  addField(detail, "name", 0, 2000);
+  auto shout = addLabel(detail, "", 2500, 2000);
+  // Saved as VBScript, the report's own language is JScript.
+  detail.script = "function OnFormat() { " + shout->name + ".Caption = 'js ' + rpt.Fields.Item('name').Value; }";
+  auto source =
+      std::make_shared<RowSource>(report, std::vector<RowValues>{{{"name", Variant("a")}}, {{"name", Variant("b")}}});
+  source->onReportStart = [&report] { report->set("ScriptLanguage", QStringLiteral("JScript")); };
+  report->setEventSink(source);
+  report->run();
+  EXPECT_TRUE(report->runErrors().isEmpty()) << report->runErrors().join("\n").toStdString();
+  EXPECT_EQ(pageLines(*report->pages(), 0), (QStringList{"a", "a js a", "b js b"}));
+}
+
+TEST(ReportRunTest, FailedFieldExpressionsAreKeptWithFieldSectionAndRow) {
+  auto report = LayoutReport::create();
+  auto &detail = *report->sections()->add("Detail", 0, SectionType::Detail, 300);
+  addField(detail, "name", 0, 2000);
+  for (const char *expression : {"=1 / 0", "=1 +", "=NoSuchThing.Value"})
+    addField(detail, expression, 2500, 1000);
+  auto source =
+      std::make_shared<RowSource>(report, std::vector<RowValues>{{{"name", Variant("a")}}, {{"name", Variant("b")}}});
+  report->setEventSink(source);
+  report->run();
+  QStringList printed = pageLines(*report->pages(), 0);
+  for (QString &line : printed)
+    line = line.trimmed();
+  EXPECT_EQ(printed, (QStringList{"a", "b"})) << "a failed expression prints nothing";
+  const QStringList errors = report->runErrors();
+  ASSERT_EQ(errors.size(), 6) << errors.join("\n").toStdString();
+  EXPECT_TRUE(errors[0].startsWith("field Field2 in section Detail, expression =1 / 0")) << errors[0].toStdString();
+  EXPECT_TRUE(errors[0].contains(", row 1: ")) << errors[0].toStdString();
+  EXPECT_TRUE(errors[0].endsWith("(11)")) << errors[0].toStdString();
+  EXPECT_TRUE(errors[1].contains("expression =1 +")) << errors[1].toStdString();
+  EXPECT_TRUE(errors[5].contains("Field4 in section Detail, expression =NoSuchThing.Value")) << errors[5].toStdString();
+  EXPECT_TRUE(errors[5].contains(", row 2: ")) << errors[5].toStdString();
 }
 
 TEST(ReportRunTest, AScriptErrorIsKeptWithItsLineAndTheRunGoesOn) {
