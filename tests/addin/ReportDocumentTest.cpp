@@ -1,4 +1,5 @@
 #include "DemoFixture.h"
+#include "LayoutSketch.h"
 
 #include "addin/ApplicationManager.h"
 #include "document/Page.h"
@@ -8,6 +9,8 @@
 #include "document/ReportFields.h"
 #include "document/SortFields.h"
 #include "document/StringCollection.h"
+#include "engine/format/LayoutFormat.h"
+#include "engine/model/LayoutReport.h"
 #include "support/ErrorCapture.h"
 
 using namespace kordel;
@@ -173,6 +176,25 @@ TEST_F(ReportDocumentTest, LayoutsPassTheScriptCheckOnEveryRead) {
 
   page->SetLayoutTemplate(QByteArray("not xml at all: CreateObject(\"WScript.Shell\")"));
   EXPECT_EQ(page->LayoutTemplate().toBytes(), QByteArray("not xml at all: CreateObject(\"WScript.Shell\")"));
+}
+
+TEST_F(ReportDocumentTest, EveryScriptTheEngineWritesReachesTheCheckWhole) {
+  // Windows line ends, a bare CR and "]]>" once split a script into pieces
+  // of which only the first was checked, while the engine ran them all.
+  const QString report =
+      QStringLiteral("' ]]> \r\nSub OnReportStart\r\nEnd Sub\rSet sh = CreateObject(\"WScript.Shell\")");
+  const QString detail = QStringLiteral("Sub Detail_Format\r\n  x = 1\r\nEnd Sub\r\nExecute \"sh.Run \"\"sh\"\"\"\r\n");
+  const QByteArray layout = test::LayoutSketch()
+                                .reportScript(report)
+                                .section(QStringLiteral("Detail"), engine::SectionType::Detail)
+                                .sectionScript(detail)
+                                .bytes();
+  auto page = newReport("company")->Page();
+  page->SetLayoutTemplate(layout);
+  const auto loaded = engine::LayoutReport::create();
+  engine::loadLayout(*loaded, page->LayoutTemplate().toBytes());
+  EXPECT_EQ(loaded->script, QString(report).replace("CreateObject(\"WScript.Shell\")", "Nothing"));
+  EXPECT_EQ(loaded->detail()->script, QString(detail).replace("Execute \"sh.Run \"\"sh\"\"\"", "Err.Raise 70"));
 }
 
 TEST_F(ReportDocumentTest, PagePropertiesKeepTheirOddReadRules) {

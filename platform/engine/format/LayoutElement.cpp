@@ -23,6 +23,21 @@ std::vector<std::shared_ptr<XmlNode>> childNodesOf(const XmlNode &node) {
   return nodes;
 }
 
+// "a CDATA section, text, a comment": what the nodes of an element are.
+QString describePieces(const std::vector<std::shared_ptr<XmlNode>> &nodes) {
+  QStringList kinds;
+  for (const auto &node : nodes) {
+    switch (node->nodeType()) {
+    case XmlNodeType::Text: kinds << QStringLiteral("text"); break;
+    case XmlNodeType::CDataSection: kinds << QStringLiteral("a CDATA section"); break;
+    case XmlNodeType::Comment: kinds << QStringLiteral("a comment"); break;
+    case XmlNodeType::ProcessingInstruction: kinds << QStringLiteral("a processing instruction"); break;
+    default: kinds << node->nodeName(); break;
+    }
+  }
+  return kinds.join(QStringLiteral(", "));
+}
+
 } // namespace
 
 QString describeElement(const QString &element, const std::optional<QString> &name) {
@@ -74,17 +89,16 @@ std::vector<LayoutElement> LayoutElement::children() const {
 }
 
 QString LayoutElement::characterData() const {
-  QString text;
-  for (const auto &child : childNodesOf(*node_)) {
-    switch (child->nodeType()) {
-    case XmlNodeType::Text:
-    case XmlNodeType::CDataSection: text += child->text(); break;
-    case XmlNodeType::Element:
+  const auto nodes = childNodesOf(*node_);
+  if (nodes.empty())
+    return {};
+  const auto &node = nodes.front();
+  if (nodes.size() == 1 && (node->nodeType() == XmlNodeType::Text || node->nodeType() == XmlNodeType::CDataSection))
+    return node->text();
+  for (const auto &child : nodes)
+    if (child->nodeType() == XmlNodeType::Element)
       refuse(QStringLiteral("it holds the element <%1> where only text belongs").arg(child->nodeName()));
-    default: break;
-    }
-  }
-  return text;
+  refuse(QStringLiteral("it holds %1 where one text or CDATA section belongs").arg(describePieces(nodes)));
 }
 
 void LayoutElement::refuse(const QString &problem) const {

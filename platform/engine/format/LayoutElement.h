@@ -40,8 +40,10 @@ public:
   // The child elements in order. Whitespace between them, comments and
   // processing instructions are skipped; any other text is refused.
   std::vector<LayoutElement> children() const;
-  // The text and CDATA sections of an element that holds no elements,
-  // joined; comments are skipped, child elements refused.
+  // The text of an element that holds one text or CDATA section, or
+  // nothing; anything else (pieces of text, CDATA and comments, elements)
+  // is refused, since a reader that takes the first piece for the whole
+  // would miss the rest.
   QString characterData() const;
 
   // Raises 321 naming this element.

@@ -76,35 +76,17 @@ void LayoutWriter::closeElement(XmlNode &element, int depth) {
     element.appendChild(document_->createTextNode(QLatin1Char('\n') + QString(depth * 2, QLatin1Char(' '))));
 }
 
-// A script goes in CDATA sections, which cannot hold "]]>" and in which a
-// carriage return would read back as a line feed. So "]]>" is split between
-// two sections, and carriage returns go between sections as text, which
-// the serialiser writes as character references.
+// A script is one node, so that whoever reads the first child of <Script>
+// reads all of it: a CDATA section, which keeps the script legible, unless
+// the script holds what CDATA cannot carry ("]]>", or a carriage return,
+// which would read back as a line feed); then text, which the serialiser
+// escapes.
 void LayoutWriter::addScript(XmlNode &parent, const QString &script, int depth) {
   if (script.isEmpty())
     return;
   auto element = addElement(parent, QStringLiteral("Script"), depth);
-  QString pending;
-  const auto flush = [&] {
-    if (!pending.isEmpty())
-      element->appendChild(document_->createCDATASection(pending));
-    pending.clear();
-  };
-  for (qsizetype i = 0; i < script.size(); ++i) {
-    if (script.at(i) == u'\r') {
-      flush();
-      qsizetype end = i;
-      while (end < script.size() && script.at(end) == u'\r')
-        ++end;
-      element->appendChild(document_->createTextNode(script.mid(i, end - i)));
-      i = end - 1;
-      continue;
-    }
-    if (script.at(i) == u'>' && pending.endsWith(QLatin1String("]]")))
-      flush();
-    pending += script.at(i);
-  }
-  flush();
+  const bool fitsCData = !script.contains(u'\r') && !script.contains(QLatin1String("]]>"));
+  element->appendChild(fitsCData ? document_->createCDATASection(script) : document_->createTextNode(script));
 }
 
 void LayoutWriter::addSection(XmlNode &root, const Section &section) {

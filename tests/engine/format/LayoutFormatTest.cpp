@@ -10,6 +10,8 @@
 
 #include "support/ErrorCapture.h"
 #include "support/TempDir.h"
+#include "xml/XmlDocument.h"
+#include "xml/XmlNodeList.h"
 
 #include <QDir>
 
@@ -86,6 +88,7 @@ std::shared_ptr<LayoutReport> fullLayout() {
   footer.canShrink = true;
 
   Section &detail = *sections.at(3);
+  detail.script = QStringLiteral("Sub Detail_Format\n  n = n + 1 ' <count> & more\nEnd Sub");
   auto label = addControl<Label>(detail, "Label1");
   label->caption = kHostile;
   label->left = 0.1f;
@@ -305,9 +308,38 @@ TEST(LayoutRoundTrip, OutputIsCanonicalIndentedXml) {
   EXPECT_TRUE(
       saved.contains("\n      <Font Name=\"DejaVu Serif\" Size=\"11.5\" Bold=\"1\" Italic=\"1\" Underline=\"1\" "
                      "Strikethrough=\"1\"/>\n    </Label>\n"));
-  // "]]>" in a script ends one CDATA section and starts the next.
-  EXPECT_TRUE(saved.contains("<Script><![CDATA[Sub GroupHeader1_Format\n  ' ]]]]><![CDATA[> \nEnd Sub]]></Script>"));
+  // A script is one CDATA section, or text where it holds what CDATA cannot.
+  EXPECT_TRUE(saved.contains("<Script><![CDATA[Sub Detail_Format\n  n = n + 1 ' <count> & more\nEnd Sub]]></Script>"));
+  EXPECT_TRUE(saved.contains("<Script>Sub GroupHeader1_Format\n  ' ]]&gt; \nEnd Sub</Script>"));
+  EXPECT_TRUE(saved.contains("<Script>Sub Detail_Format()&#13;\n"));
   EXPECT_TRUE(saved.contains("Ελληνικά")) << "text is UTF-8, not character references";
+}
+
+TEST(LayoutRoundTrip, EveryScriptIsOneNodeHoldingAllOfIt) {
+  // Whoever checks a script reads the first child of its element: that
+  // must be the whole script, whatever it holds.
+  const auto report = fullLayout();
+  report->script = kScript + QStringLiteral("\rSet sh = CreateObject(\"WScript.Shell\")\r\n");
+  const auto document = XmlDocument::create();
+  document->load(saveLayout(*report));
+  const auto scripts = document->selectNodes(QStringLiteral("//Script"));
+  ASSERT_EQ(scripts->length(), 3);
+  const QString expected[] = {report->script, report->sections()->at(2)->script, report->sections()->at(3)->script};
+  for (int i = 0; i < scripts->length(); ++i) {
+    EXPECT_EQ(scripts->item(i)->childNodes()->length(), 1);
+    EXPECT_EQ(scripts->item(i)->firstChild()->text(), expected[i]);
+  }
+}
+
+TEST(LayoutRoundTrip, AdjacentCDataSectionsAreOneScript) {
+  const QByteArray file = "<Layout Version=\"1\"><Report><Script><![CDATA[x = 1]]><![CDATA[ : Run]]></Script>"
+                          "</Report></Layout>";
+  const auto document = XmlDocument::create();
+  document->load(file);
+  EXPECT_EQ(document->selectNodes(QStringLiteral("//Script"))->item(0)->childNodes()->length(), 1);
+  auto report = LayoutReport::create();
+  loadLayout(*report, file);
+  EXPECT_EQ(report->script, "x = 1 : Run");
 }
 
 TEST(LayoutRoundTrip, LoadingReplacesTheLayoutButKeepsFieldsAndNamedItems) {
@@ -450,6 +482,20 @@ const RefusedFile kRefusedFiles[] = {
     {"element in a script", layoutWith("  <Section Name=\"D\" Type=\"6\"><Script>x<b/></Script></Section>\n"), "<b>"},
     {"two scripts", layoutWith("  <Section Name=\"D\" Type=\"6\"><Script>a</Script><Script>b</Script></Section>\n"),
      "twice"},
+    // A script in pieces could be checked in part: it is refused however it
+    // is split. (Adjacent CDATA sections are one node to the parser.)
+    {"script of text and CDATA",
+     layoutWith("  <Section Name=\"D\" Type=\"6\"><Script>\n  <![CDATA[x = 1]]>\n</Script></Section>\n"),
+     "text, a CDATA section, text"},
+    {"script around a comment",
+     layoutWith("  <Section Name=\"D\" Type=\"6\"><Script>x = 1<!-- note -->Run</Script></Section>\n"),
+     "text, a comment, text"},
+    {"report script around a processing instruction",
+     "<Layout Version=\"1\"><Report><Script>x<?pi y?>z</Script></Report></Layout>", "a processing instruction"},
+    {"script made of an entity",
+     "<!DOCTYPE Layout [<!ENTITY run \"Run\">]>\n<Layout "
+     "Version=\"1\"><Report><Script>&run;</Script></Report></Layout>",
+     "Document type declarations"},
 };
 
 class RefusedLayout : public ::testing::TestWithParam<RefusedFile> {};
