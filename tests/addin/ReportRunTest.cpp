@@ -238,6 +238,24 @@ TEST_F(ReportRunTest, AnEmptySubPageHidesOnlyWhenItsPageSaysSo) {
   EXPECT_EQ(headed, swedish.size());
 }
 
+TEST_F(ReportRunTest, ASubPageInTheReportHeaderShowsTheFirstRowsChildren) {
+  setLayouts(LayoutSketch()
+                 .section("ReportHeader", SectionType::ReportHeader, 600)
+                 .label("First company's persons:")
+                 .subReport(kPersons, 0, 6000, 300)
+                 .section("Detail", SectionType::Detail)
+                 .field("name"),
+             LayoutSketch().section("Detail", SectionType::Detail).field("lastname", 600));
+  ASSERT_TRUE(exportTo(dir.file("header.pdf"), allCompanies())) << shownTexts().join('\n').toStdString();
+  QStringList persons = texts("person", "lastname", "company", companyIdsByName().front());
+  ASSERT_FALSE(persons.isEmpty());
+  std::stable_sort(persons.begin(), persons.end(),
+                   [](const QString &a, const QString &b) { return a.compare(b, Qt::CaseInsensitive) < 0; });
+  const QStringList printed = lines(pdfText(dir.file("header.pdf")));
+  ASSERT_GT(printed.size(), persons.size());
+  EXPECT_EQ(printed.mid(1, persons.size()), persons) << printed.join('\n').toStdString();
+}
+
 TEST_F(ReportRunTest, OneExtensionsServesTheTopPageAndItsSubPages) {
   setLayouts(
       LayoutSketch(companiesWithPersons())
