@@ -1,18 +1,38 @@
 #!/usr/bin/env bash
-# Installs every Debian package that Kordel needs to build, test and run.
-# Safe to run again: apt skips what is already there.
+# Installs the Debian packages that Kordel needs.
+#   scripts/setup.sh            everything: building, running and testing
+#   scripts/setup.sh --runtime  only what building and running the program need
+# Safe to run again: packages that are there are skipped.
 set -euo pipefail
 
-packages=(
+# To build the program and the add-in, and to run them.
+runtime=(
   build-essential cmake ninja-build pkg-config
-  qt6-base-dev qt6-declarative-dev libqt6sql6-sqlite libqt6sql6-psql postgresql
+  qt6-base-dev qt6-declarative-dev libqt6sql6-sqlite libqt6sql6-psql
   libxml2-dev libtiff-dev libsqlite3-dev libcups2-dev
-  googletest libgtest-dev libgmock-dev
-  poppler-utils cups printer-driver-cups-pdf libtiff-tools
-  fonts-dejavu-core xvfb xauth
-  libreoffice-writer-nogui
-  libreoffice-calc-nogui
+  fonts-dejavu-core fonts-noto-cjk
 )
+
+# For the tests: the test framework, a private PostgreSQL server, a print
+# system with a PDF printer, readers of the exported files (PDF, TIFF, the
+# office suite for XLS and RTF) and a virtual display.
+tests=(
+  googletest libgtest-dev libgmock-dev
+  postgresql
+  cups printer-driver-cups-pdf
+  poppler-utils libtiff-tools
+  libreoffice-writer-nogui libreoffice-calc-nogui
+  xvfb xauth
+)
+
+case "${1:-}" in
+  --runtime) packages=("${runtime[@]}") ;;
+  "") packages=("${runtime[@]}" "${tests[@]}") ;;
+  *)
+    echo "usage: scripts/setup.sh [--runtime]" >&2
+    exit 2
+    ;;
+esac
 
 if [ "$(id -u)" -eq 0 ]; then
   as_root=()
