@@ -242,6 +242,26 @@ void Page::Reset() {
 
 void Page::Load(const std::shared_ptr<addin::Report> &report, const std::shared_ptr<PropertyStorage> &storage,
                 const QString &guid, const QString &parentGuid) {
+  QStringList path;
+  QSet<QString> loaded;
+  LoadTree(report, storage, guid, parentGuid, path, loaded);
+}
+
+void Page::CheckSubPage(const QString &subGuid, const QStringList &path, const QSet<QString> &loaded) const {
+  const QString name = storage_->GetSetting(QStringLiteral("pages\\") + subGuid, kName, QString());
+  QString problem;
+  if (subGuid == guid_ || path.contains(subGuid))
+    problem = GetMessage(QStringLiteral("Pages.Cycle"), name, subGuid);
+  else if (loaded.contains(subGuid))
+    problem = GetMessage(QStringLiteral("Pages.ListedTwice"), name, subGuid);
+  else if (path.size() + 1 >= kMaxPageDepth)
+    problem = GetMessage(QStringLiteral("Pages.TooDeep"), QString::number(kMaxPageDepth), name, subGuid);
+  if (!problem.isEmpty())
+    raiseError(ErrorNumber::InvalidFileFormat, QStringLiteral("Page.Load"), problem);
+}
+
+void Page::LoadTree(const std::shared_ptr<addin::Report> &report, const std::shared_ptr<PropertyStorage> &storage,
+                    const QString &guid, const QString &parentGuid, QStringList &path, QSet<QString> &loaded) {
   Reset();
   report_ = report;
   storage_ = storage;
@@ -267,13 +287,17 @@ void Page::Load(const std::shared_ptr<addin::Report> &report, const std::shared_
     Fields()->AddField(field);
   }
 
+  loaded.insert(guid_);
   const auto subPages = storage_->GetSection(subPagesSection_);
   for (int i = 1; i <= subPages->Count(); ++i) {
     const QString subGuid = subPages->Item(i);
     if (subGuid.isEmpty())
       continue;
+    CheckSubPage(subGuid, path, loaded);
     auto page = std::make_shared<Page>();
-    page->Load(report, storage, subGuid, guid_);
+    path.append(guid_);
+    page->LoadTree(report, storage, subGuid, guid_, path, loaded);
+    path.removeLast();
     Pages()->Add(page);
   }
 }

@@ -4,6 +4,8 @@
 #include "hostapi/Classes.h"
 
 #include <QByteArray>
+#include <QSet>
+#include <QStringList>
 
 #include <memory>
 
@@ -14,6 +16,9 @@ class PropertyStorage;
 class Report;
 class ReportFields;
 class SortFields;
+
+// How deep pages may nest: the top page is the first level.
+inline constexpr int kMaxPageDepth = 32;
 
 // One page of a report: a class of the database bound to a layout. Its
 // settings live in the report's store under "pages\<guid>"; its fields,
@@ -67,6 +72,13 @@ public:
   void Validate();
 
 private:
+  // What Load does, for a page below the pages of path (their guids from
+  // the top page down to its parent); loaded holds every page read so far.
+  // A document whose subpages lists lead in a circle, list a page twice or
+  // nest beyond kMaxPageDepth is refused with 321, naming the page.
+  void LoadTree(const std::shared_ptr<addin::Report> &report, const std::shared_ptr<PropertyStorage> &storage,
+                const QString &guid, const QString &parentGuid, QStringList &path, QSet<QString> &loaded);
+  void CheckSubPage(const QString &subGuid, const QStringList &path, const QSet<QString> &loaded) const;
   static QString BlockUnsafeScript(const QString &xml, const QString &oldText, const QString &newText);
   void SetSource(const QString &source);
   void Reset();

@@ -174,6 +174,12 @@ bool Report::AddPage(const QString &guid, const QString &name, const QString &so
     if (!parent)
       raiseError(ErrorNumber::ObjectNotSet, QStringLiteral("Report.AddPage"),
                  QStringLiteral("The page %1 does not exist").arg(parentGuid));
+    int parentDepth = 1;
+    for (auto above = parent->Parent(); above; above = above->Parent())
+      ++parentDepth;
+    if (parentDepth >= kMaxPageDepth)
+      raiseError(ErrorNumber::UserMessage, QStringLiteral("Report.AddPage"),
+                 GetMessage(QStringLiteral("Pages.NoDeeper"), QString::number(kMaxPageDepth), name, parent->Name()));
     auto page = std::make_shared<addin::Page>();
     page->Create(std::static_pointer_cast<Report>(shared_from_this()), storage_, guid, name, source, parentGuid,
                  layoutTemplate);

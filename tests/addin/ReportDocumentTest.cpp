@@ -12,6 +12,7 @@
 #include "engine/format/LayoutFormat.h"
 #include "engine/model/LayoutReport.h"
 #include "support/ErrorCapture.h"
+#include "support/TempDir.h"
 
 using namespace kordel;
 using namespace kordel::addin;
@@ -195,6 +196,60 @@ TEST_F(ReportDocumentTest, EveryScriptTheEngineWritesReachesTheCheckWhole) {
   engine::loadLayout(*loaded, page->LayoutTemplate().toBytes());
   EXPECT_EQ(loaded->script, QString(report).replace("CreateObject(\"WScript.Shell\")", "Nothing"));
   EXPECT_EQ(loaded->detail()->script, QString(detail).replace("Execute \"sh.Run \"\"sh\"\"\"", "Err.Raise 70"));
+}
+
+TEST_F(ReportDocumentTest, APageTreeThatIsNoTreeIsRefusedNamingThePage) {
+  // Documents whose sub pages lead back up the tree once overflowed the
+  // stack of every load: a top page listing itself, a sub page listing its
+  // parent, and the first again with the store's namespace prefix.
+  for (const char *finding : {"page-cycle-self.xml", "page-cycle-parent.xml", "page-cycle-mutant.xml"}) {
+    const QByteArray contents = test::readFile(QStringLiteral(KORDEL_FINDINGS_DIR "/") + QLatin1String(finding));
+    ASSERT_FALSE(contents.isEmpty()) << finding;
+    const auto report = std::make_shared<Report>();
+    const Error error = errorOf([&] { report->LoadContents(Variant(contents)); });
+    EXPECT_EQ(error.number(), ErrorNumber::InvalidFileFormat) << finding;
+    EXPECT_EQ(error.description(),
+              "The report document is damaged: the page \"Companies\" ({E3336E1B-CB9C-4A34-A0F2-3A3BB22CAC49}) is "
+              "listed as a sub page of itself or of a page below it.")
+        << finding;
+  }
+
+  // A page listed under two pages, and a tree deeper than pages may nest,
+  // written into a document the way a hand or another program could.
+  auto report = newReport("company");
+  QString parent = report->Guid();
+  for (int level = 2; level <= kMaxPageDepth; ++level) {
+    const QString guid = QStringLiteral("{LEVEL-%1}").arg(level);
+    ASSERT_TRUE(report->AddPage(guid, QStringLiteral("Level %1").arg(level), "person", parent, Variant()));
+    parent = guid;
+  }
+  EXPECT_FALSE(report->AddPage("{TOO-DEEP}", "Level 33", "person", parent, Variant()));
+  ASSERT_EQ(ui->boxes.size(), 1u);
+  EXPECT_TRUE(ui->boxes[0].text.contains("Pages nest at most 32 levels deep")) << ui->boxes[0].text.toStdString();
+  EXPECT_FALSE(report->LookupPage("{TOO-DEEP}"));
+  const Variant deepest = report->SaveContents();
+  EXPECT_EQ(reload(deepest)->LookupPage(parent)->Name(), "Level 32");
+
+  const test::TempDir dir;
+  const auto refusal = [&](const std::function<void(PropertyStorage &)> &damage) {
+    auto damaged = reload(deepest);
+    damage(*damaged->Storage());
+    damaged->Storage()->Save(dir.file("damaged.xml"));
+    const auto again = std::make_shared<Report>();
+    return errorOf([&] { again->LoadContents(Variant(test::readFile(dir.file("damaged.xml")))); });
+  };
+  const Error twice = refusal(
+      [](PropertyStorage &store) { store.PutSetting(QStringLiteral("pages\\{LEVEL-3}\\subpages"), "2", "{LEVEL-5}"); });
+  EXPECT_EQ(twice.number(), ErrorNumber::InvalidFileFormat);
+  EXPECT_TRUE(twice.description().contains("\"Level 5\" ({LEVEL-5}) is listed as a sub page more than once"))
+      << twice.description().toStdString();
+  const Error deep = refusal([&](PropertyStorage &store) {
+    store.PutSetting(QStringLiteral("pages\\%1\\subpages").arg(parent), "1", "{TOO-DEEP}");
+    store.PutSetting(QStringLiteral("pages\\{TOO-DEEP}"), "name", "Level 33");
+  });
+  EXPECT_EQ(deep.number(), ErrorNumber::InvalidFileFormat);
+  EXPECT_TRUE(deep.description().contains("more than 32 levels deep at the page \"Level 33\" ({TOO-DEEP})"))
+      << deep.description().toStdString();
 }
 
 TEST_F(ReportDocumentTest, PagePropertiesKeepTheirOddReadRules) {

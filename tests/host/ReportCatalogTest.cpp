@@ -202,6 +202,18 @@ TEST_F(ReportCatalogTest, BadDocumentsAndNamesAreRefusedWithTheirReason) {
   EXPECT_TRUE(noClass.description().contains("\"spaceship\", which this database lacks"))
       << noClass.description().toStdString();
 
+  // A top page listed among its own sub pages once overflowed the stack.
+  QByteArray circular = test::readFile(kDemoReports + "/1-company-list.xml");
+  circular.replace("<property name=\"1\" value=\"{6B1D1E0A-2C4F-4E39-9A51-3F2D7C0E8B11}\"/>",
+                   "<property name=\"1\" value=\"{E3336E1B-CB9C-4A34-A0F2-3A3BB22CAC49}\"/>");
+  test::writeFile(dir.file("circular.xml"), circular);
+  EXPECT_EQ(test::errorNumber([&] { catalog->importDocument(dir.file("circular.xml"), "X"); }),
+            ErrorNumber::InvalidCall);
+  ASSERT_EQ(ui->boxes.size(), 1u);
+  EXPECT_TRUE(ui->boxes[0].text.contains("the page \"Companies\" ({E3336E1B-CB9C-4A34-A0F2-3A3BB22CAC49}) is listed as "
+                                         "a sub page of itself"))
+      << ui->boxes[0].text.toStdString();
+
   catalog->importDocument(kDemoReports + "/2-deals-by-value.xml", QString());
   EXPECT_EQ(
       test::errorNumber([&] { catalog->importDocument(kDemoReports + "/2-deals-by-value.xml", "deals BY value"); }),
