@@ -1,6 +1,7 @@
 #include "engine/preview/PreviewWindow.h"
 
 #include "engine/preview/PageView.h"
+#include "engine/preview/PrinterIcon.h"
 #include "engine/preview/Presenters.h"
 #include "engine/preview/ThumbnailModel.h"
 #include "engine/render/PageDocument.h"
@@ -36,14 +37,19 @@ constexpr int kZoomSteps[] = {10, 25, 50, 75, 100, 125, 150, 200, 300, 400, 600,
 constexpr int kPageMargin = 12;
 constexpr int kThumbnailWidth = 110;
 
-QAction *makeAction(QWidget &window, const QString &name, const QString &text, QStyle::StandardPixmap icon,
+QAction *makeAction(QWidget &window, const QString &name, const QString &text, const QIcon &icon,
                     const QList<QKeySequence> &keys) {
-  auto *action = new QAction(window.style()->standardIcon(icon), text, &window);
+  auto *action = new QAction(icon, text, &window);
   action->setObjectName(name);
   action->setShortcuts(keys);
   action->setShortcutContext(Qt::WindowShortcut);
   window.addAction(action);
   return action;
+}
+
+QAction *makeAction(QWidget &window, const QString &name, const QString &text, QStyle::StandardPixmap icon,
+                    const QList<QKeySequence> &keys) {
+  return makeAction(window, name, text, window.style()->standardIcon(icon), keys);
 }
 
 } // namespace
@@ -144,8 +150,7 @@ void PreviewWindow::buildActions() {
       makeAction(*this, QStringLiteral("CmdFind"), tr("Find"), QStyle::SP_FileDialogContentsView, {QKeySequence::Find});
   findNextAction_ = makeAction(*this, QStringLiteral("CmdFindNext"), tr("Find next"), QStyle::SP_FileDialogContentsView,
                                {QKeySequence::FindNext});
-  printAction_ =
-      makeAction(*this, QStringLiteral("CmdPrint"), tr("Print"), QStyle::SP_DialogSaveButton, {QKeySequence::Print});
+  printAction_ = makeAction(*this, QStringLiteral("CmdPrint"), tr("Print"), printerIcon(), {QKeySequence::Print});
 
   connect(firstAction_, &QAction::triggered, this, [this] { firstPage(); });
   connect(previousAction_, &QAction::triggered, this, [this] { previousPage(); });

@@ -9,10 +9,12 @@
 
 #include "core/Error.h"
 
+#include <QAction>
 #include <QComboBox>
 #include <QListView>
 #include <QScrollArea>
 #include <QSpinBox>
+#include <QStyle>
 #include <QTest>
 
 #include <gtest/gtest.h>
@@ -65,6 +67,15 @@ protected:
   std::shared_ptr<PageDocument> document_ = threePages();
   PreviewWindow window_{document_};
 };
+
+// The print button shows a printer, not the style's save icon.
+TEST_F(PreviewWindowTest, ThePrintButtonShowsAPrinter) {
+  const auto *print = window_.findChild<QAction *>("CmdPrint");
+  ASSERT_TRUE(print);
+  const QImage icon = print->icon().pixmap(32).toImage();
+  ASSERT_FALSE(icon.isNull());
+  EXPECT_NE(icon, window_.style()->standardIcon(QStyle::SP_DialogSaveButton).pixmap(32).toImage());
+}
 
 TEST_F(PreviewWindowTest, ZoomScalesThePageAndFittingFollowsTheWindow) {
   window_.setZoom(100);
