@@ -33,7 +33,8 @@ public:
   virtual Variant item(const QString &name) const = 0;
   virtual void setItem(const QString &name, const Variant &value) = 0;
   virtual bool exists(const QString &name) const = 0;
-  // Removing a name that is not set changes nothing.
+  // Removing a name that is not set raises 32811 (element not found), as a
+  // dictionary's Remove does.
   virtual void remove(const QString &name) = 0;
   virtual int count() const = 0;
   virtual QStringList names() const = 0;

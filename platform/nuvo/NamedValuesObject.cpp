@@ -1,5 +1,7 @@
 #include "nuvo/NamedValuesObject.h"
 
+#include "core/Error.h"
+
 namespace kordel::nuvo {
 
 Variant NamedValuesObject::item(const QString &name) const {
@@ -21,7 +23,7 @@ void NamedValuesObject::setItem(const QString &name, const Variant &value) {
 void NamedValuesObject::remove(const QString &name) {
   const auto it = index_.constFind(name.toCaseFolded());
   if (it == index_.constEnd())
-    return;
+    raiseError(ErrorNumber::ElementNotFound, QStringLiteral("Nuvo.") + typeName_);
   entries_.erase(entries_.begin() + *it);
   reindex();
 }

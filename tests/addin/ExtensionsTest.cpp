@@ -159,7 +159,10 @@ TEST_F(ExtensionsTest, CustomPropertiesHideDictionaryKeys) {
   // ... and deleting that shows the dictionary's again.
   extensions->SetCustomProperty("x", Variant());
   EXPECT_EQ(extensions->GetCustomProperty("x"), Variant("from the dictionary"));
-  extensions->SetCustomProperty("never set", Variant());
+  // Deleting what is not there is an error for the script that asked.
+  EXPECT_EQ(test::errorNumber([&] { extensions->SetCustomProperty("never set", Variant()); }),
+            ErrorNumber::ElementNotFound);
+  EXPECT_EQ(extensions->GetCustomProperty("x"), Variant("from the dictionary"));
 
   // Only Empty falls through to the default: Null, zero and "" are values.
   extensions->Dictionary()->setItem(Variant("empty"), Variant());
@@ -282,6 +285,10 @@ TEST_F(ExtensionsTest, ScriptsOfBothLanguagesShareOneObject) {
               "Extensions.Dictionary.Add \"pages\", 1\n"
               "picked = Extensions.ShowOptionBox(\"Region\", Array(\"North\", \"South\", \"West\"), \"\", \"\")\n");
   EXPECT_EQ(vb->evaluate("picked"), Variant("West"));
+  vb->addCode("On Error Resume Next\n"
+              "Extensions.SetCustomProperty \"never set\", Empty\n"
+              "removed = Err.Number\n");
+  EXPECT_EQ(vb->evaluate("removed"), Variant(ErrorNumber::ElementNotFound));
 
   const auto js = script::createScriptEngine("JScript");
   js->addNamedItem("Extensions", extensions);

@@ -5,6 +5,9 @@
 #include "nuvo/PoolObject.h"
 #include "nuvo/ReportContextObject.h"
 
+#include "core/Dictionary.h"
+#include "support/ErrorCapture.h"
+
 #include <gtest/gtest.h>
 
 using namespace kordel;
@@ -61,12 +64,17 @@ TEST(NamedValuesTest, NamesIgnoreCaseAndKeepTheirOrder) {
   EXPECT_EQ(values.names(), QStringList({"Guid", "Zeta"}));
   EXPECT_TRUE(values.exists("zeta"));
   values.remove("ZETA");
-  values.remove("never set");
   EXPECT_EQ(values.count(), 1);
   EXPECT_TRUE(values.item("Zeta").isEmpty());
   ObjectRef object = std::make_shared<nuvo::NamedValuesObject>(QStringLiteral("Properties"));
   object->invoke("SetItem", {"a", 1});
   EXPECT_EQ(object->invoke("", {"A"}), Variant(1)) << "Item is the default member";
+  // Removing what is not there fails as a dictionary's Remove does, and changes nothing.
+  const Error missing = test::errorOf([&] { object->invoke("Remove", {"zeta"}); });
+  EXPECT_EQ(missing.number(), ErrorNumber::ElementNotFound);
+  EXPECT_EQ(missing.number(), test::errorNumber([] { Dictionary().remove(Variant("zeta")); }));
+  EXPECT_EQ(missing.source(), "Nuvo.Properties");
+  EXPECT_EQ(object->invoke("Count", {}), Variant(1));
   EXPECT_EQ(object->typeName(), QStringLiteral("Properties"));
 }
 
