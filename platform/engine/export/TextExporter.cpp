@@ -5,6 +5,7 @@
 
 #include "core/Error.h"
 
+#include <QRegularExpression>
 #include <QStringList>
 
 namespace kordel::engine {
@@ -15,7 +16,31 @@ const QString kSource = QStringLiteral("TextExporter");
 
 bool hasText(const QString &text) { return !text.trimmed().isEmpty(); }
 
+// Whether a text is a plain number: a sign, then digits with grouping
+// blanks, points, commas or apostrophes, an exponent and a per cent sign.
+bool isNumber(const QString &text) {
+  static const QRegularExpression number(
+      QStringLiteral("^[-+]?[0-9][0-9 .,'\\x{a0}\\x{202f}]*(?:[eE][-+]?[0-9]+)?%?$"));
+  return number.match(text).hasMatch();
+}
+
+bool startsLikeFormula(const QString &text) {
+  static const QString formulaStarts = QStringLiteral("=+-@\t\r");
+  return !text.isEmpty() && formulaStarts.contains(text.front()) && !isNumber(text);
+}
+
 } // namespace
+
+QString TextExporter::field(const QString &text) const {
+  const bool formula = startsLikeFormula(text);
+  const bool quoted = formula || text.contains(QLatin1Char('"')) || text.contains(QLatin1Char('\n')) ||
+                      text.contains(QLatin1Char('\r')) || (!textDelimiter_.isEmpty() && text.contains(textDelimiter_));
+  if (!quoted)
+    return text;
+  QString out = formula ? QLatin1Char('\'') + text : text;
+  out.replace(QLatin1Char('"'), QLatin1String("\"\""));
+  return QLatin1Char('"') + out + QLatin1Char('"');
+}
 
 QString TextExporter::text(const PageDocument &document) const {
   QString out;
@@ -34,7 +59,7 @@ void TextExporter::appendPage(QString &out, const Page &page) const {
     for (const TextRun *run : line.runs) {
       const QString text = page.text(*run);
       if (hasText(text))
-        texts += text;
+        texts += field(text);
     }
     if (suppressEmptyLines_) {
       if (!texts.isEmpty())

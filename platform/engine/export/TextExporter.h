@@ -11,6 +11,14 @@ namespace kordel::engine {
 // lines in reading order: top to bottom, runs whose tops lie within 30
 // twips counting as one line, and the runs of a line left to right.
 //
+// Spreadsheet programs open such a file as delimited values, so each run's
+// text is written as a field: a text that holds the text delimiter, a
+// double quote or a line break stands in double quotes, its double quotes
+// doubled; a text that begins like a formula (with =, +, -, @, a tab or a
+// carriage return) and is no plain number gets an apostrophe in front and
+// double quotes around it, so that it is read as the text it is and never
+// run as a formula. Numbers stay as they are.
+//
 // Settings:
 // - text delimiter (default ";"): written between the texts of the runs of
 //   one line. Runs without text (empty or only blanks) give no text and no
@@ -38,6 +46,9 @@ public:
   // The text as the file holds it.
   QString text(const PageDocument &document) const;
   void exportDocument(const PageDocument &document, const QString &path) const;
+
+  // A run's text as the file holds it.
+  QString field(const QString &text) const;
 
 private:
   void appendPage(QString &out, const Page &page) const;

@@ -1,6 +1,9 @@
 // Text files written from pages: lines in reading order, the delimiters
 // and the empty-line switch in each combination, checked against the exact
-// file content, and what a failed export leaves.
+// file content; values that would shift columns or run as formulas, also
+// as a spreadsheet program reads them; and what a failed export leaves.
+
+#include "OfficeConversion.h"
 
 #include "engine/export/TextExporter.h"
 #include "engine/export/TextExporterObject.h"
@@ -12,6 +15,9 @@
 #include <QDir>
 
 #include <gtest/gtest.h>
+
+#include <utility>
+#include <vector>
 
 using namespace kordel;
 using namespace kordel::engine;
@@ -107,6 +113,116 @@ TEST(TextExport, RunsWithin30TwipsShareALineThatDoesNotDrift) {
   // c is 25 twips below b but 55 below a, where the line begins: a line of
   // its own, which d 30 twips lower joins; f 31 twips below e does not.
   EXPECT_EQ(exporter.text(document), QStringLiteral("a;b\nc;d\ne\nf\n"));
+}
+
+// Values that would shift the columns or run as formulas, and numbers,
+// in the order they are written; then a line of three plain values.
+const QStringList kAwkward{QStringLiteral("Acme; Co"), QStringLiteral("15\" screen"), QStringLiteral("two\nlines"),
+                           QStringLiteral("=1+2"),     QStringLiteral("+A1*2"),       QStringLiteral("-5-3"),
+                           QStringLiteral("@SUM(A1)"), QStringLiteral("\t=A1"),       QStringLiteral("-3.5"),
+                           QStringLiteral("+7"),       QStringLiteral("plain")};
+
+PageDocument awkwardDocument() {
+  PageDocument document;
+  const int font = document.internFont(PageFont{});
+  Page page(16838, 11906);
+  Twips x = 200;
+  for (const QString &value : kAwkward) {
+    page.addText({x, 1000, 1400, 250}, value, font);
+    x += 1500;
+  }
+  x = 200;
+  for (const QString &value : {QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("c")}) {
+    page.addText({x, 1300, 1400, 250}, value, font);
+    x += 1500;
+  }
+  document.append(page);
+  return document;
+}
+
+// A cell of delimited values and whether it stood in quotes.
+using Cell = std::pair<QString, bool>;
+
+// Delimited values: rows of cells, quoted cells with their quotes doubled
+// and their line breaks kept.
+std::vector<std::vector<Cell>> readDelimited(const QString &text, QChar delimiter) {
+  std::vector<std::vector<Cell>> rows(1);
+  Cell cell;
+  bool inQuotes = false;
+  for (qsizetype i = 0; i < text.size(); ++i) {
+    const QChar c = text[i];
+    if (inQuotes) {
+      if (c == u'"' && i + 1 < text.size() && text[i + 1] == u'"')
+        cell.first += text[++i];
+      else if (c == u'"')
+        inQuotes = false;
+      else
+        cell.first += c;
+    } else if (c == u'"') {
+      inQuotes = cell.second = true;
+    } else if (c == delimiter || c == u'\n') {
+      rows.back().push_back(std::exchange(cell, Cell{}));
+      if (c == u'\n')
+        rows.emplace_back();
+    } else {
+      cell.first += c;
+    }
+  }
+  if (rows.back().empty())
+    rows.pop_back();
+  return rows;
+}
+
+TEST(TextExport, ValuesThatWouldShiftColumnsOrRunAsFormulasAreQuoted) {
+  TextExporter exporter;
+  exporter.setSuppressEmptyLines(true);
+  EXPECT_EQ(exporter.text(awkwardDocument()),
+            QStringLiteral("\"Acme; Co\";\"15\"\" screen\";\"two\nlines\";\"'=1+2\";\"'+A1*2\";\"'-5-3\";\"'@SUM(A1)\";"
+                           "\"'\t=A1\";-3.5;+7;plain\n"
+                           "a;b;c\n"));
+  exporter.setTextDelimiter(QStringLiteral(","));
+  EXPECT_TRUE(exporter.text(awkwardDocument()).startsWith(QStringLiteral("Acme; Co,\"15\"\" screen\",")))
+      << "only the delimiter in use needs quotes";
+}
+
+TEST(TextExport, ASpreadsheetProgramReadsEachValueInItsColumnAsTextOrNumber) {
+  if (test::officeConverter().isEmpty())
+    GTEST_SKIP() << "soffice is needed to read the file as a spreadsheet";
+  TempDir dir;
+  const QString path = dir.file(QStringLiteral("values.txt"));
+  TextExporter exporter;
+  exporter.setSuppressEmptyLines(true);
+  exporter.exportDocument(awkwardDocument(), path);
+  // Read with ";" between values and formulas evaluated, written back with
+  // "|" between cells and text cells quoted.
+  const QString converted = test::convertWithOffice(path, QStringLiteral("csv:Text - txt - csv (StarCalc):124,34,76,1"),
+                                                    dir.file(QStringLiteral("out")),
+                                                    QStringLiteral("Text - txt - csv (StarCalc):59,34,76,1"));
+  ASSERT_FALSE(converted.isEmpty());
+  const auto rows = readDelimited(QString::fromUtf8(test::readFile(converted)), u'|');
+  ASSERT_EQ(rows.size(), 2u) << test::readFile(converted).toStdString();
+  const std::vector<Cell> &cells = rows[0];
+  ASSERT_EQ(cells.size(), std::size_t(kAwkward.size())) << test::readFile(converted).toStdString();
+  for (qsizetype i = 0; i < kAwkward.size(); ++i) {
+    const QString &value = kAwkward[i];
+    const Cell &cell = cells[std::size_t(i)];
+    SCOPED_TRACE(value.toStdString());
+    if (value == QLatin1String("-3.5") || value == QLatin1String("+7")) {
+      EXPECT_FALSE(cell.second) << "a number, not text";
+      EXPECT_EQ(cell.first.toDouble(), value.toDouble());
+    } else if (QStringLiteral("=+-@\t").contains(value.front())) {
+      EXPECT_TRUE(cell.second);
+      EXPECT_EQ(cell.first, QLatin1Char('\'') + value) << "text, not a formula's result";
+    } else {
+      EXPECT_TRUE(cell.second);
+      EXPECT_EQ(cell.first, value);
+    }
+  }
+  // The second line's cells, padded to the first's.
+  const std::vector<Cell> second(rows[1].begin(), rows[1].begin() + std::min<std::size_t>(rows[1].size(), 3));
+  EXPECT_EQ(second, (std::vector<Cell>{{"a", true}, {"b", true}, {"c", true}}));
+  for (std::size_t i = 3; i < rows[1].size(); ++i)
+    EXPECT_EQ(rows[1][i], Cell()) << i;
 }
 
 TEST(TextExport, FileIsUtf8WithoutByteOrderMark) {
