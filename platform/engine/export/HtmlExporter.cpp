@@ -1,13 +1,14 @@
 #include "engine/export/HtmlExporter.h"
 
-#include "engine/export/HtmlMarkup.h"
 #include "engine/export/ExportFile.h"
+#include "engine/export/HtmlMarkup.h"
+#include "engine/render/GlyphCoverage.h"
 
 #include "core/Error.h"
 
 #include <QBuffer>
 #include <QDir>
-#include <QSaveFile>
+#include <QFontDatabase>
 #include <QUrl>
 
 #include <cmath>
@@ -47,7 +48,28 @@ QString strokeStyle(const Stroke &stroke) {
   return width + QLatin1Char(' ') + QLatin1String(style) + QLatin1Char(' ') + cssColor(stroke.color);
 }
 
-QString fontRule(int index, const PageFont &font) {
+// The kind of family a reader takes when it has none of the named ones.
+QLatin1String genericFamily(const QString &family) {
+  if (QFontDatabase::isFixedPitch(family) || family.contains(QLatin1String("Mono"), Qt::CaseInsensitive))
+    return QLatin1String("monospace");
+  if (family.contains(QLatin1String("Serif"), Qt::CaseInsensitive) &&
+      !family.contains(QLatin1String("Sans"), Qt::CaseInsensitive))
+    return QLatin1String("serif");
+  return QLatin1String("sans-serif");
+}
+
+// The font's family, then the families that showed what it lacks here,
+// then the generic kind, so that a reader without them still shows the
+// text in a font of the same kind that has its characters.
+QString familyList(const PageFont &font, const QStringList &fallbacks) {
+  QStringList families{cssString(font.family)};
+  for (const QString &fallback : fallbacks)
+    families += cssString(fallback);
+  families += genericFamily(font.family);
+  return families.join(QLatin1Char(','));
+}
+
+QString fontRule(int index, const PageFont &font, const QStringList &fallbacks) {
   QString decoration;
   if (font.underline)
     decoration += QLatin1String(" underline");
@@ -55,7 +77,7 @@ QString fontRule(int index, const PageFont &font) {
     decoration += QLatin1String(" line-through");
   return QStringLiteral(".f%1{font-family:%2;font-size:%3pt;font-weight:%4;font-style:%5;text-decoration:%6}\n")
       .arg(index)
-      .arg(cssString(font.family))
+      .arg(familyList(font, fallbacks))
       .arg(double(font.pointSize))
       .arg(QLatin1String(font.bold ? "bold" : "normal"), QLatin1String(font.italic ? "italic" : "normal"),
            decoration.isEmpty() ? QStringLiteral("none") : decoration.trimmed());
@@ -162,12 +184,17 @@ QString HtmlExporter::imageFileName(const QString &baseName, int image) {
 
 QByteArray HtmlExporter::html(const PageDocument &document, const QString &baseName) const {
   QString out = QStringLiteral("<!DOCTYPE html>\n<html>\n<head>\n<meta charset=\"utf-8\"/>\n<title>%1</title>\n")
-                    .arg(escapeHtml(title_.isEmpty() ? baseOf(baseName) : title_));
+                    .arg(escapeHtml(!title_.isEmpty()             ? title_
+                                    : !document.title().isEmpty() ? document.title()
+                                                                  : baseOf(baseName)));
   out += QLatin1String("<style>\nbody{margin:0;padding:") + cssPoints(kPageGap) +
          QLatin1String(" 0;background:#e0e0e0}\n") + kStyleSheet +
          QStringLiteral(".page+.page{margin-top:%1}\n").arg(cssPoints(kPageGap));
+  GlyphCoverage coverage(document);
+  if (document.pageCount() > 0)
+    coverage.scan(0, document.pageCount() - 1);
   for (int index = 0; index < document.fontCount(); ++index)
-    out += fontRule(index, document.font(index));
+    out += fontRule(index, document.font(index), coverage.fallbackFamilies(index));
   out += QLatin1String("</style>\n</head>\n<body>\n");
   for (int index = 0; index < document.pageCount(); ++index) {
     const Page &page = document.page(index);
@@ -194,6 +221,7 @@ void HtmlExporter::exportDocument(const PageDocument &document, const QString &f
   if (!dir.exists())
     raiseError(ErrorNumber::PathNotFound, kSource,
                QStringLiteral("Cannot write the HTML file: the folder %1 does not exist").arg(folder));
+  checkExportTarget(dir.filePath(htmlFileName(baseName)), kSource);
 
   std::vector<std::pair<QString, QByteArray>> files;
   for (const int image : imagesShown(document)) {
@@ -202,18 +230,11 @@ void HtmlExporter::exportDocument(const PageDocument &document, const QString &f
   }
   files.emplace_back(dir.filePath(htmlFileName(baseName)), html(document, baseName)); // renamed last
 
-  std::vector<std::unique_ptr<QSaveFile>> saves;
-  for (const auto &[path, bytes] : files) {
-    checkExportTarget(path, kSource);
-    auto &file = saves.emplace_back(std::make_unique<QSaveFile>(path));
-    if (!file->open(QIODevice::WriteOnly) || file->write(bytes) != bytes.size())
-      raiseError(ErrorNumber::PermissionDenied, kSource,
-                 QStringLiteral("Cannot write the file %1: %2").arg(path, file->errorString()));
-  }
-  for (const auto &file : saves)
-    if (!file->commit())
-      raiseError(ErrorNumber::PermissionDenied, kSource,
-                 QStringLiteral("Cannot write the file %1: %2").arg(file->fileName(), file->errorString()));
+  std::vector<std::unique_ptr<ExportFile>> written;
+  for (const auto &[path, bytes] : files)
+    written.emplace_back(std::make_unique<ExportFile>(path, kSource))->writeAll(bytes);
+  for (const auto &file : written)
+    file->commit();
 }
 
 } // namespace kordel::engine

@@ -1,16 +1,14 @@
 #include "engine/export/PdfExporter.h"
 
+#include "engine/render/GlyphCoverage.h"
 #include "engine/render/PagePainter.h"
 
 #include "core/Error.h"
 #include "engine/export/ExportFile.h"
 
-#include <QDir>
-#include <QFileInfo>
 #include <QPageLayout>
 #include <QPainter>
 #include <QPdfWriter>
-#include <QSaveFile>
 
 namespace kordel::engine {
 
@@ -37,36 +35,33 @@ void PdfExporter::exportDocument(const PageDocument &document, const QString &pa
 
 void PdfExporter::exportPages(const PageDocument &document, const QString &path, int firstPage, int lastPage) const {
   checkPageRange(document, firstPage, lastPage, kSource);
-  checkExportTarget(path, kSource);
 
   // Declared in this order so that an error on the way ends the painter
   // first and then drops the unfinished temporary file.
-  QSaveFile file(path);
-  if (!file.open(QIODevice::WriteOnly))
-    raiseExportWriteError(path, file.errorString(), kSource);
+  ExportFile file(path, kSource);
+  warnOfMissingGlyphs(document, firstPage, lastPage);
   QPdfWriter writer(&file);
   writer.setResolution(kTwipsPerInch); // one device pixel is one twip
-  writer.setTitle(title_);
+  writer.setTitle(title_.isEmpty() ? document.title() : title_);
   writer.setCreator(creator_);
   if (!writer.setPageLayout(layoutFor(document.page(firstPage))))
-    raiseExportWriteError(path, QStringLiteral("the page size of page %1 is not usable").arg(firstPage + 1), kSource);
+    file.fail(QStringLiteral("the page size of page %1 is not usable").arg(firstPage + 1));
 
   QPainter painter;
   if (!painter.begin(&writer))
-    raiseExportWriteError(path, QStringLiteral("the PDF output could not be started"), kSource);
+    file.fail(QStringLiteral("the PDF output could not be started"));
   const PagePainter pagePainter(document);
   for (int index = firstPage; index <= lastPage; ++index) {
     const Page &page = document.page(index);
     if (index > firstPage) {
       if (!writer.setPageLayout(layoutFor(page)) || !writer.newPage())
-        raiseExportWriteError(path, QStringLiteral("page %1 could not be started").arg(index + 1), kSource);
+        file.fail(QStringLiteral("page %1 could not be started").arg(index + 1));
     }
     pagePainter.paint(painter, page);
   }
   if (!painter.end())
-    raiseExportWriteError(path, QStringLiteral("the PDF output could not be finished"), kSource);
-  if (!file.commit())
-    raiseExportWriteError(path, file.errorString(), kSource);
+    file.fail(QStringLiteral("the PDF output could not be finished"));
+  file.commit();
 }
 
 } // namespace kordel::engine

@@ -1,6 +1,8 @@
 #include "engine/export/RtfExporter.h"
 
 #include "engine/export/ExportFile.h"
+#include "engine/export/RtfFonts.h"
+#include "engine/export/RtfText.h"
 #include "engine/export/TextLines.h"
 
 #include "core/Error.h"
@@ -27,28 +29,6 @@ struct Margins {
   Twips bottom = kDefaultMargin;
 };
 
-// Text as RTF: the control characters {, } and \ escaped, tabs as \tab,
-// other control characters left out, and everything beyond ASCII as \uN
-// with "?" for readers that lack Unicode. N is the signed 16-bit UTF-16
-// unit, as RTF wants, so characters beyond the basic plane take two.
-void appendText(QByteArray &out, const QString &text) {
-  for (const QChar c : text) {
-    const char16_t unit = c.unicode();
-    if (unit == u'\\' || unit == u'{' || unit == u'}') {
-      out += '\\';
-      out += char(unit);
-    } else if (unit == u'\t') {
-      out += "\\tab ";
-    } else if (unit < 0x20 || unit == 0x7f) {
-      continue;
-    } else if (unit < 0x80) {
-      out += char(unit);
-    } else {
-      out += "\\u" + QByteArray::number(int(std::int16_t(unit))) + '?';
-    }
-  }
-}
-
 // The narrowest space that the text leaves at each edge over all pages.
 Margins marginsOf(const PageDocument &document) {
   Twips left = INT_MAX, top = INT_MAX, right = INT_MAX, bottom = INT_MAX;
@@ -74,28 +54,29 @@ QByteArray number(Twips value) { return QByteArray::number(value); }
 
 class RtfWriter {
 public:
-  explicit RtfWriter(const PageDocument &document) : document_(document), margins_(marginsOf(document)) {}
+  explicit RtfWriter(const PageDocument &document)
+      : document_(document), margins_(marginsOf(document)), fonts_(document) {}
 
   QByteArray write() {
     collectColors();
-    out_ += "{\\rtf1\\ansi\\ansicpg1252\\deff0\\uc1\\deftab720\n";
-    writeFontTable();
-    writeColorTable();
     const Page &first = document_.page(0);
-    out_ += "\\paperw" + number(first.width()) + "\\paperh" + number(first.height()) + "\\margl" +
-            number(margins_.left) + "\\margr" + number(margins_.right) + "\\margt" + number(margins_.top) + "\\margb" +
-            number(margins_.bottom);
+    body_ += "\\paperw" + number(first.width()) + "\\paperh" + number(first.height()) + "\\margl" +
+             number(margins_.left) + "\\margr" + number(margins_.right) + "\\margt" + number(margins_.top) + "\\margb" +
+             number(margins_.bottom);
     if (first.width() > first.height())
-      out_ += "\\landscape";
-    out_ += '\n';
+      body_ += "\\landscape";
+    body_ += '\n';
     for (int index = 0; index < document_.pageCount(); ++index) {
       const Page &page = document_.page(index);
       if (index > 0)
         writeBreak(document_.page(index - 1), page);
       writePage(page);
     }
-    out_ += "}\n";
-    return out_;
+    // The font table last, once the pages have said which fonts they need.
+    QByteArray out = "{\\rtf1\\ansi\\ansicpg1252\\deff0\\uc1\\deftab720\n" + fonts_.table();
+    writeColorTable(out);
+    writeInfo(out);
+    return out + body_ + "}\n";
   }
 
 private:
@@ -109,47 +90,56 @@ private:
       index = next++;
   }
 
-  void writeFontTable() {
-    out_ += "{\\fonttbl";
-    if (document_.fontCount() == 0) {
-      out_ += "{\\f0\\fnil\\fcharset0 ";
-      appendText(out_, PageFont{}.family);
-      out_ += ";}";
-    }
-    for (int index = 0; index < document_.fontCount(); ++index) {
-      out_ += "{\\f" + QByteArray::number(index) + "\\fnil\\fcharset0 ";
-      appendText(out_, document_.font(index).family);
-      out_ += ";}";
-    }
-    out_ += "}\n";
-  }
-
-  void writeColorTable() {
-    out_ += "{\\colortbl;";
+  void writeColorTable(QByteArray &out) const {
+    out += "{\\colortbl;";
     for (const auto &[color, index] : colors_)
-      out_ += "\\red" + QByteArray::number(qRed(color)) + "\\green" + QByteArray::number(qGreen(color)) + "\\blue" +
-              QByteArray::number(qBlue(color)) + ';';
-    out_ += "}\n";
+      out += "\\red" + QByteArray::number(qRed(color)) + "\\green" + QByteArray::number(qGreen(color)) + "\\blue" +
+             QByteArray::number(qBlue(color)) + ';';
+    out += "}\n";
   }
 
-  // A page break, or a new section when the page changes its size.
+  void writeInfo(QByteArray &out) const {
+    if (document_.title().isEmpty())
+      return;
+    out += "{\\info{\\title ";
+    appendRtfText(out, document_.title());
+    out += "}}\n";
+  }
+
+  // A page break, or a new section when the page changes its size. The
+  // break is a property of the page's first paragraph: a break written on
+  // its own makes word processors open an empty paragraph at the top of the
+  // next page, which takes the space of the paragraph before it.
   void writeBreak(const Page &previous, const Page &page) {
     if (previous.width() == page.width() && previous.height() == page.height()) {
-      out_ += "\\page\n";
+      breakBefore_ = true;
       return;
     }
-    out_ += "\\sect\\sectd\\sbkpage\\pgwsxn" + number(page.width()) + "\\pghsxn" + number(page.height());
+    body_ += "\\sect\\sectd\\sbkpage\\pgwsxn" + number(page.width()) + "\\pghsxn" + number(page.height());
     if (page.width() > page.height())
-      out_ += "\\lndscpsxn";
-    out_ += '\n';
+      body_ += "\\lndscpsxn";
+    body_ += '\n';
   }
 
   void writePage(const Page &page) {
+    const std::vector<TextLine> lines = textLines(page);
+    if (lines.empty()) {
+      body_ += paragraphStart() + "\\par\n"; // a page without text still is a page
+      return;
+    }
     Twips bottom = margins_.top;
-    for (const TextLine &line : textLines(page)) {
+    for (const TextLine &line : lines) {
       writeLine(page, line, std::max(line.top - bottom, 0));
       bottom = line.bottom;
     }
+  }
+
+  QByteArray paragraphStart() {
+    QByteArray start = "\\pard\\plain";
+    if (breakBefore_)
+      start += "\\pagebb";
+    breakBefore_ = false;
+    return start;
   }
 
   // Where a run stands on its line, from the left margin: the left edge,
@@ -172,29 +162,30 @@ private:
   // One paragraph: space above for the gap to the line before, the line's
   // own height, a tab stop for each run that does not start at the margin.
   void writeLine(const Page &page, const TextLine &line, Twips spaceBefore) {
-    out_ +=
-        "\\pard\\plain\\sb" + number(spaceBefore) + "\\sl-" + number(std::max(line.bottom - line.top, 1)) + "\\slmult0";
+    body_ += paragraphStart() + "\\sb" + number(spaceBefore) + "\\sl-" + number(std::max(line.bottom - line.top, 1)) +
+             "\\slmult0";
     QByteArray runs;
     Twips lastStop = 0;
     for (const TextRun *run : line.runs) {
       const Twips anchor = anchorOf(*run);
       if (anchor > lastStop) {
-        out_ += tabStop(*run, anchor);
+        body_ += tabStop(*run, anchor);
         runs += "\\tab";
         lastStop = anchor;
       } else if (run != line.runs.front()) {
         runs += "\\tab"; // no room for a stop of its own: the next stop
       }
-      runs += "{" + characterFormat(*run) + ' ';
-      appendText(runs, page.text(*run));
+      const QString text = page.text(*run);
+      runs += "{" + characterFormat(*run, text) + ' ';
+      appendRtfText(runs, text);
       runs += '}';
     }
-    out_ += ' ' + runs + "\\par\n";
+    body_ += ' ' + runs + "\\par\n";
   }
 
-  QByteArray characterFormat(const TextRun &run) const {
+  QByteArray characterFormat(const TextRun &run, const QString &text) {
     const PageFont &font = document_.font(run.font);
-    QByteArray format = "\\f" + QByteArray::number(run.font) + "\\fs" + QByteArray::number(qRound(font.pointSize * 2)) +
+    QByteArray format = fonts_.fontsOf(run.font, text) + "\\fs" + QByteArray::number(qRound(font.pointSize * 2)) +
                         "\\cf" + QByteArray::number(colors_.at(run.color & RGB_MASK));
     if (font.bold)
       format += "\\b";
@@ -209,8 +200,10 @@ private:
 
   const PageDocument &document_;
   const Margins margins_;
+  RtfFonts fonts_;
   std::map<QRgb, int> colors_; // colour -> its entry in the colour table
-  QByteArray out_;
+  bool breakBefore_ = false;   // the next paragraph starts a page
+  QByteArray body_;
 };
 
 } // namespace

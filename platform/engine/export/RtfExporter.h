@@ -14,13 +14,16 @@ namespace kordel::engine {
 // Each page's lines (in reading order, as the text exporter finds them)
 // become paragraphs, set apart by the vertical space between them; the runs
 // of one line are separated by tabs at tab stops where the runs stand, with
-// their fonts and colours. Pages are separated by page breaks. Characters
-// beyond ASCII are written as Unicode escapes with "?" for readers that
-// lack them.
+// their fonts and colours; East Asian and right-to-left text also names a
+// font that has its characters (see RtfFonts). Each page after the first
+// begins with a paragraph that breaks to a new page, so that a word
+// processor lays out as many pages as the document has. The document's
+// title is the file's title. Characters beyond ASCII are written as Unicode
+// escapes with "?" for readers that lack them.
 //
 // Errors: 76 when the target's folder does not exist, 70 when the file
-// cannot be written, 5 for a document without pages. A failure leaves any
-// earlier file as it was and no partial one.
+// cannot be written (see checkExportTarget), 5 for a document without
+// pages. A failure leaves any earlier file as it was and no partial one.
 class RtfExporter {
 public:
   // The RTF document, 7-bit ASCII.

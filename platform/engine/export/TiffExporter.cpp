@@ -1,24 +1,20 @@
 #include "engine/export/TiffExporter.h"
 
+#include "engine/render/GlyphCoverage.h"
 #include "engine/render/PagePainter.h"
 
 #include "core/Error.h"
 #include "engine/export/ExportFile.h"
 
-#include <QDir>
-#include <QFileInfo>
 #include <QImage>
 #include <QPainter>
-#include <QTemporaryFile>
 
 #include <tiffio.h>
 
 #include <algorithm>
 #include <cmath>
 #include <cstdarg>
-#include <cerrno>
 #include <cstdio>
-#include <cstring>
 #include <vector>
 
 namespace kordel::engine {
@@ -27,16 +23,11 @@ namespace {
 
 const QString kSource = QStringLiteral("TiffExporter");
 
-constexpr QFileDevice::Permissions kNewFilePermissions = QFileDevice::ReadOwner | QFileDevice::WriteOwner |
-                                                         QFileDevice::ReadUser | QFileDevice::WriteUser |
-                                                         QFileDevice::ReadGroup | QFileDevice::ReadOther;
-
-// Grey levels below this are black in a monochrome image.
-constexpr int kBlackBelow = 128;
-
 // The page as an 8-bit grey image at the resolution, white where nothing
-// is painted.
-QImage renderPage(const PagePainter &pagePainter, const Page &page, int dotsPerInch) {
+// is painted. For a monochrome image it is painted for black and white
+// dots, without smoothing, so that text and lines are black or white and
+// only fills and images are grey.
+QImage renderPage(const PagePainter &pagePainter, const Page &page, int dotsPerInch, bool monochrome) {
   const qreal scale = qreal(dotsPerInch) / kTwipsPerInch;
   const int width = std::max(1, int(std::lround(page.width() * scale)));
   const int height = std::max(1, int(std::lround(page.height() * scale)));
@@ -46,12 +37,23 @@ QImage renderPage(const PagePainter &pagePainter, const Page &page, int dotsPerI
                QStringLiteral("A page of %1 by %2 pixels does not fit in memory").arg(width).arg(height));
   image.fill(Qt::white);
   QPainter painter(&image);
-  painter.setRenderHints(QPainter::Antialiasing | QPainter::TextAntialiasing | QPainter::SmoothPixmapTransform);
+  painter.setRenderHints(QPainter::Antialiasing | QPainter::TextAntialiasing | QPainter::SmoothPixmapTransform,
+                         !monochrome);
   painter.scale(scale, scale);
   pagePainter.paint(painter, page);
   painter.end();
   return image.convertToFormat(QImage::Format_Grayscale8);
 }
+
+// The ordered dither's thresholds: each 8 by 8 block of a grey level g
+// gets black dots in about (255 - g) / 255 of its places, spread evenly, so
+// pale fills show as a light pattern. Black stays black, white white.
+constexpr std::uint8_t kBayer[8][8] = {{0, 32, 8, 40, 2, 34, 10, 42},  {48, 16, 56, 24, 50, 18, 58, 26},
+                                       {12, 44, 4, 36, 14, 46, 6, 38}, {60, 28, 52, 20, 62, 30, 54, 22},
+                                       {3, 35, 11, 43, 1, 33, 9, 41},  {51, 19, 59, 27, 49, 17, 57, 25},
+                                       {15, 47, 7, 39, 13, 45, 5, 37}, {63, 31, 55, 23, 61, 29, 53, 21}};
+
+bool blackDot(int grey, std::uint32_t x, std::uint32_t y) { return grey < kBayer[y % 8][x % 8] * 4 + 2; }
 
 // libtiff reads and writes the temporary file through these.
 tmsize_t readDevice(thandle_t handle, void *buffer, tmsize_t size) {
@@ -89,15 +91,15 @@ int recordTiffError(TIFF *, void *userData, const char *module, const char *form
   return 1;
 }
 
-// A TIFF file being written into a save file; closes the handle with the
-// object so that an error on the way frees it.
+// A TIFF file being written into an export file; closes the handle with
+// the object so that an error on the way frees it.
 class TiffWriter {
 public:
-  TiffWriter(QFileDevice &file, const QString &path) : path_(path) {
+  TiffWriter(ExportFile &file, const QString &title) : file_(file), title_(title.toUtf8()) {
     TIFFOpenOptions *options = TIFFOpenOptionsAlloc();
     TIFFOpenOptionsSetErrorHandlerExtR(options, recordTiffError, &lastError_);
-    tiff_ = TIFFClientOpenExt(path.toUtf8().constData(), "w", &file, readDevice, writeDevice, seekDevice,
-                              keepDeviceOpen, deviceSize, noMapping, noUnmapping, options);
+    tiff_ = TIFFClientOpenExt(file.target().toUtf8().constData(), "w", static_cast<QFileDevice *>(&file), readDevice,
+                              writeDevice, seekDevice, keepDeviceOpen, deviceSize, noMapping, noUnmapping, options);
     TIFFOpenOptionsFree(options);
     if (!tiff_)
       fail(QStringLiteral("the TIFF output could not be started"));
@@ -118,6 +120,8 @@ public:
     TIFFSetField(tiff_, TIFFTAG_XRESOLUTION, float(dotsPerInch));
     TIFFSetField(tiff_, TIFFTAG_YRESOLUTION, float(dotsPerInch));
     TIFFSetField(tiff_, TIFFTAG_RESOLUTIONUNIT, RESUNIT_INCH);
+    if (!title_.isEmpty())
+      TIFFSetField(tiff_, TIFFTAG_DOCUMENTNAME, title_.constData());
     // The tag holds 16-bit numbers; longer documents stop counting there.
     TIFFSetField(tiff_, TIFFTAG_PAGENUMBER, std::uint16_t(std::min(pageNumber, 65535)),
                  std::uint16_t(std::min(pageCount, 65535)));
@@ -140,7 +144,7 @@ public:
       if (monochrome) {
         std::fill(row.begin(), row.end(), 0);
         for (std::uint32_t x = 0; x < width; ++x) {
-          if (pixels[x] < kBlackBelow)
+          if (blackDot(pixels[x], x, y))
             row[x / 8] |= std::uint8_t(0x80u >> (x % 8));
         }
       } else {
@@ -166,12 +170,13 @@ private:
     tiff_ = nullptr;
   }
 
+  // The system's reason where the file refused a write, else libtiff's.
   [[noreturn]] void fail(const QString &what) {
-    raiseExportWriteError(path_, lastError_.isEmpty() ? what : what + QStringLiteral(" (") + lastError_ + u')',
-                          kSource);
+    file_.fail(lastError_.isEmpty() ? what : what + QStringLiteral(" (") + lastError_ + u')');
   }
 
-  QString path_;
+  ExportFile &file_;
+  QByteArray title_;
   QString lastError_;
   TIFF *tiff_ = nullptr;
 };
@@ -194,32 +199,21 @@ void TiffExporter::exportDocument(const PageDocument &document, const QString &p
 
 void TiffExporter::exportPages(const PageDocument &document, const QString &path, int firstPage, int lastPage) const {
   checkPageRange(document, firstPage, lastPage, kSource);
-  checkExportTarget(path, kSource);
 
-  // The file is written under a temporary name in the target's folder and
-  // renamed over the target when complete. Declared in this order so that
-  // an error on the way closes the TIFF output first and then removes the
-  // unfinished file.
-  const QFileInfo target(path);
-  QTemporaryFile file(target.absolutePath() + QStringLiteral("/.") + target.fileName() + QStringLiteral(".XXXXXX"));
-  if (!file.open())
-    raiseExportWriteError(path, file.errorString(), kSource);
-  TiffWriter writer(file, path);
-  const PagePainter pagePainter(document);
+  // Declared in this order so that an error on the way closes the TIFF
+  // output first and then drops the unfinished file.
+  ExportFile file(path, kSource);
+  warnOfMissingGlyphs(document, firstPage, lastPage);
+  TiffWriter writer(file, document.title());
+  PagePainter pagePainter(document);
+  pagePainter.setMonochrome(monochrome_);
   const int pageCount = lastPage - firstPage + 1;
   for (int index = firstPage; index <= lastPage; ++index) {
-    const QImage grey = renderPage(pagePainter, document.page(index), resolution_);
+    const QImage grey = renderPage(pagePainter, document.page(index), resolution_, monochrome_);
     writer.writePage(grey, index - firstPage, pageCount, resolution_, monochrome_);
   }
   writer.finish();
-  // A replaced file keeps its permissions; a new one is readable by all.
-  file.setPermissions(target.exists() ? target.permissions() : kNewFilePermissions);
-  if (!file.flush())
-    raiseExportWriteError(path, file.errorString(), kSource);
-  file.close();
-  if (std::rename(QFile::encodeName(file.fileName()).constData(), QFile::encodeName(path).constData()) != 0)
-    raiseExportWriteError(path, QString::fromLocal8Bit(std::strerror(errno)), kSource);
-  file.setAutoRemove(false);
+  file.commit();
 }
 
 } // namespace kordel::engine

@@ -7,10 +7,6 @@
 #include "core/Error.h"
 #include "engine/export/ExportFile.h"
 
-#include <QDir>
-#include <QFileInfo>
-#include <QSaveFile>
-
 namespace kordel::engine {
 
 namespace {
@@ -23,17 +19,10 @@ void XlsExporter::exportDocument(const PageDocument &document, const QString &pa
   if (document.pageCount() == 0)
     raiseError(ErrorNumber::InvalidCall, kSource, QStringLiteral("The report has no pages to export"));
   checkExportTarget(path, kSource);
-
-  const QByteArray workbook = xls::compoundFileWithStream(QStringLiteral("Workbook"),
-                                                          xls::workbookStream(document, xls::layoutSheet(document)));
-
-  QSaveFile file(path);
-  if (!file.open(QIODevice::WriteOnly))
-    raiseExportWriteError(path, file.errorString(), kSource);
-  if (file.write(workbook) != workbook.size())
-    raiseExportWriteError(path, file.errorString(), kSource);
-  if (!file.commit())
-    raiseExportWriteError(path, file.errorString(), kSource);
+  writeExportFile(path,
+                  xls::compoundFileWithStream(QStringLiteral("Workbook"),
+                                              xls::workbookStream(document, xls::layoutSheet(document))),
+                  kSource);
 }
 
 } // namespace kordel::engine

@@ -54,6 +54,7 @@ std::unique_ptr<ReportRun> LayoutReport::runOntoNewPages(bool terminateAtEnd) {
   runErrors_.clear();
   auto run = std::make_unique<ReportRun>(*this, *pages_);
   run->run(terminateAtEnd);
+  pages_->setTitle(documentName.isEmpty() ? caption : documentName); // as the run's scripts left them
   return run;
 }
 

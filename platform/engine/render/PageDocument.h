@@ -16,6 +16,10 @@ namespace kordel::engine {
 // by index. Pages are appended as the run finishes them.
 class PageDocument {
 public:
+  // The report's name, which exports give their files as title.
+  void setTitle(const QString &title) { title_ = title; }
+  const QString &title() const { return title_; }
+
   // The index of the font, adding it when it is new. Raises 6 beyond
   // 65536 distinct fonts.
   int internFont(const PageFont &font);
@@ -39,7 +43,7 @@ public:
   const Page &page(int index) const;
   Page &page(int index);
 
-  // Drops the pages and the tables.
+  // Drops the pages and the tables; the title stays.
   void clear();
 
   // The memory the document holds, in bytes: pages, fonts and image pixels.
@@ -48,6 +52,7 @@ public:
 private:
   void checkReferences(const Page &page) const;
 
+  QString title_;
   std::vector<Page> pages_;
   std::vector<PageFont> fonts_;
   QHash<PageFont, int> fontIndex_;

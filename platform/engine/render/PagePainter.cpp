@@ -16,18 +16,37 @@ namespace {
 // 96 dots per inch, so that thin dashed lines still show their pattern.
 constexpr qreal kMinimumDashUnit = kTwipsPerInch / 96.0;
 
+// Ink at least this light stays white on a black and white device.
+constexpr int kWhiteInkFrom = 250;
+
+qreal devicePixelsPerTwip(const QPainter &painter) {
+  return std::sqrt(std::abs(painter.deviceTransform().determinant()));
+}
+
+} // namespace
+
+PagePainter::PagePainter(const PageDocument &document) : document_(document) {}
+
+QColor PagePainter::inkColor(QRgb color) const {
+  if (!monochrome_ || qAlpha(color) == 0)
+    return QColor::fromRgba(color);
+  return qGray(color) >= kWhiteInkFrom ? QColor(Qt::white) : QColor(Qt::black);
+}
+
 // The pen for a stroke on that painter. A hairline is a cosmetic pen, one
 // device pixel wide, whose dash pattern counts device pixels; a wider pen's
 // pattern counts pen widths. Both patterns come out the same in twips.
-QPen penFor(const Stroke &stroke, const QPainter &painter) {
-  QPen pen(QColor::fromRgba(stroke.color));
-  pen.setWidthF(stroke.width);
-  pen.setCosmetic(stroke.width == 0);
+QPen PagePainter::penFor(const Stroke &stroke, const QPainter &painter) const {
+  const qreal pixelsPerTwip = devicePixelsPerTwip(painter);
+  // On a black and white device a stroke thinner than a dot is a hairline.
+  const bool hairline = stroke.width == 0 || (monochrome_ && stroke.width * pixelsPerTwip < 1);
+  QPen pen(inkColor(stroke.color));
+  pen.setWidthF(hairline ? 0 : stroke.width);
+  pen.setCosmetic(hairline);
   if (stroke.style == LineStyle::Solid)
     return pen;
   const qreal unit = std::max<qreal>(stroke.width, kMinimumDashUnit);
-  const qreal devicePixelsPerTwip = std::sqrt(std::abs(painter.deviceTransform().determinant()));
-  const qreal patternUnit = stroke.width == 0 ? unit * devicePixelsPerTwip : unit / stroke.width;
+  const qreal patternUnit = hairline ? unit * pixelsPerTwip : unit / stroke.width;
   pen.setCapStyle(Qt::FlatCap);
   if (stroke.style == LineStyle::Dash)
     pen.setDashPattern({4 * patternUnit, 2 * patternUnit});
@@ -37,14 +56,11 @@ QPen penFor(const Stroke &stroke, const QPainter &painter) {
 }
 
 // Sets the painter's brush and pen for a shape's fill and border.
-void setShapeStyle(QPainter &painter, const std::optional<QRgb> &fill, const std::optional<Stroke> &border) {
+void PagePainter::setShapeStyle(QPainter &painter, const std::optional<QRgb> &fill,
+                                const std::optional<Stroke> &border) const {
   painter.setBrush(fill ? QBrush(QColor::fromRgba(*fill)) : QBrush(Qt::NoBrush));
   painter.setPen(border ? penFor(*border, painter) : QPen(Qt::NoPen));
 }
-
-} // namespace
-
-PagePainter::PagePainter(const PageDocument &document) : document_(document) {}
 
 const PagePainter::PreparedFont &PagePainter::preparedFont(int index) const {
   if (index < 0 || index >= document_.fontCount())
@@ -91,7 +107,7 @@ void PagePainter::paintText(QPainter &painter, const Page &page, const TextRun &
     x += run.align == TextAlign::Center ? room / 2 : room;
   }
   painter.setFont(font.font);
-  painter.setPen(QColor::fromRgba(run.color));
+  painter.setPen(inkColor(run.color));
   painter.drawText(QPointF(x, run.box.y + font.metrics.ascent()), text);
 }
 

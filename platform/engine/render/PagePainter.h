@@ -20,6 +20,13 @@ class PagePainter {
 public:
   explicit PagePainter(const PageDocument &document);
 
+  // Paints for a device of black and white dots only: text, lines and
+  // borders in black (in white when they are near white) and at least one
+  // device dot wide, so that neither a pale nor a thin one is lost between
+  // the dots; fills and images keep their colours for the caller to turn
+  // into patterns of dots. Off at first.
+  void setMonochrome(bool monochrome) { monochrome_ = monochrome; }
+
   // Paints the page with that index; raises 9 for an index out of range.
   void paint(QPainter &painter, int pageIndex) const;
   void paint(QPainter &painter, const Page &page) const;
@@ -39,7 +46,12 @@ private:
   void paintEllipse(QPainter &painter, const EllipseItem &ellipse) const;
   void paintImage(QPainter &painter, const ImageItem &image) const;
 
+  QPen penFor(const Stroke &stroke, const QPainter &painter) const;
+  void setShapeStyle(QPainter &painter, const std::optional<QRgb> &fill, const std::optional<Stroke> &border) const;
+  QColor inkColor(QRgb color) const;
+
   const PageDocument &document_;
+  bool monochrome_ = false;
   mutable std::vector<PreparedFont> fonts_;
 };
 

@@ -14,7 +14,11 @@
 
 #include <QDir>
 #include <QImage>
+#include <QRawFont>
+#include <QRegularExpression>
 #include <QXmlStreamReader>
+
+#include <map>
 
 #include <gtest/gtest.h>
 
@@ -110,7 +114,8 @@ TEST_F(HtmlExport, ItemsStandWhereTheyStandOnThePage) {
                                           "#000000;border-radius:50%")));
   EXPECT_TRUE(html.contains(QLatin1String("left:72pt;top:155pt;width:450pt;height:0;border-top:1px solid #000000\"")))
       << "a horizontal line is not turned";
-  EXPECT_TRUE(html.contains(QLatin1String(".f1{font-family:\"DejaVu Sans\";font-size:12pt;font-weight:bold;")));
+  EXPECT_TRUE(
+      html.contains(QLatin1String(".f1{font-family:\"DejaVu Sans\",sans-serif;font-size:12pt;font-weight:bold;")));
 }
 
 TEST_F(HtmlExport, PicturesAreWrittenBesideTheFileAndReferred) {
@@ -124,10 +129,50 @@ TEST_F(HtmlExport, PicturesAreWrittenBesideTheFileAndReferred) {
   EXPECT_EQ(written.pixel(35, 5), QColor(Qt::red).rgb());
 }
 
-TEST_F(HtmlExport, TitleIsEscapedAndDefaultsToTheBaseName) {
-  EXPECT_EQ(exportSample().title, QLatin1String("report"));
+TEST_F(HtmlExport, TitleIsTheReportsNameEscapedAndDefaultsToTheBaseName) {
+  PageDocument document = test::textSampleDocument();
+  EXPECT_EQ(readHtml(exporter_.html(document, QStringLiteral("report"))).title, QLatin1String("report"));
+  document.setTitle(QStringLiteral("Kunder i Göteborg"));
+  EXPECT_EQ(readHtml(exporter_.html(document, QStringLiteral("report"))).title, QStringLiteral("Kunder i Göteborg"));
   exporter_.setTitle(QStringLiteral("Sales <Q1> & \"more\""));
-  EXPECT_EQ(exportSample().title, QLatin1String("Sales <Q1> & \"more\""));
+  EXPECT_EQ(readHtml(exporter_.html(document, QStringLiteral("report"))).title, QLatin1String("Sales <Q1> & \"more\""));
+}
+
+TEST_F(HtmlExport, FontListsGoOnWithFontsThatHaveTheCharactersAndEndWithAGenericKind) {
+  PageDocument document;
+  const int sans = document.internFont(PageFont{});
+  PageFont serifFont;
+  serifFont.family = QStringLiteral("DejaVu Serif");
+  const int serif = document.internFont(serifFont);
+  PageFont monoFont;
+  monoFont.family = QStringLiteral("DejaVu Sans Mono");
+  const int mono = document.internFont(monoFont);
+  const QString eastAsian = QStringLiteral("株式会社");
+  Page page(11906, 16838);
+  page.addText({1440, 1440, 6000, 300}, QStringLiteral("Kund: ") + eastAsian, sans);
+  page.addText({1440, 2000, 6000, 300}, QStringLiteral("Göteborg"), serif);
+  page.addText({1440, 2600, 6000, 300}, QStringLiteral("Nr 42"), mono);
+  document.append(page);
+  const QString html = QString::fromUtf8(exporter_.html(document, QStringLiteral("fonts")));
+
+  static const QRegularExpression rule(QStringLiteral(R"(\.f(\d)\{font-family:([^;]*);)"));
+  std::map<int, QStringList> families;
+  for (const auto &match : rule.globalMatch(html)) {
+    QStringList list = match.captured(2).split(QLatin1Char(','));
+    for (QString &family : list)
+      family.remove(QLatin1Char('"'));
+    families[match.captured(1).toInt()] = list;
+  }
+  ASSERT_EQ(families.size(), 3u) << html.toStdString();
+  const QStringList &sansList = families[sans];
+  ASSERT_EQ(sansList.size(), 3) << sansList.join(u',').toStdString();
+  EXPECT_EQ(sansList.front(), QLatin1String("DejaVu Sans"));
+  QFont standIn(sansList[1]);
+  standIn.setStyleStrategy(QFont::NoFontMerging);
+  EXPECT_TRUE(QRawFont::fromFont(standIn).supportsCharacter(eastAsian.front())) << sansList[1].toStdString();
+  EXPECT_EQ(sansList.back(), QLatin1String("sans-serif"));
+  EXPECT_EQ(families[serif], (QStringList{QStringLiteral("DejaVu Serif"), QStringLiteral("serif")}));
+  EXPECT_EQ(families[mono], (QStringList{QStringLiteral("DejaVu Sans Mono"), QStringLiteral("monospace")}));
 }
 
 TEST_F(HtmlExport, BaseNameWithAnHtmlEndingNamesTheFileItself) {

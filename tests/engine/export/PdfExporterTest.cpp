@@ -1,15 +1,18 @@
 // PDF files written from pages and read back with pdftotext, pdfinfo and pdffonts: text
-// in reading order, page sizes, embedded fonts, the document's title, and
-// what a failed export leaves behind.
+// in reading order, page sizes, embedded fonts and the fonts that stand in
+// for characters a font lacks, the document's title, the warning for
+// characters no font has, and what a failed export leaves behind.
 
 #include "support/PdfTools.h"
 
 #include "engine/export/PdfExporter.h"
+#include "engine/export/TiffExporter.h"
 
 #include "support/ErrorCapture.h"
 #include "support/TempDir.h"
 
 #include <QDir>
+#include <QFontDatabase>
 
 #include <gtest/gtest.h>
 
@@ -23,6 +26,32 @@ namespace {
 
 constexpr Twips kA4Short = 11906;
 constexpr Twips kA4Long = 16838;
+
+QStringList *warningsSeen = nullptr;
+
+void keepWarning(QtMsgType type, const QMessageLogContext &, const QString &message) {
+  if (type == QtWarningMsg && warningsSeen)
+    warningsSeen->append(message);
+}
+
+// Qt's warnings while it lives.
+class Warnings {
+public:
+  Warnings() : previous_(qInstallMessageHandler(keepWarning)) { warningsSeen = &seen_; }
+  ~Warnings() {
+    qInstallMessageHandler(previous_);
+    warningsSeen = nullptr;
+  }
+  Warnings(const Warnings &) = delete;
+  Warnings &operator=(const Warnings &) = delete;
+
+  // Those about characters without a glyph.
+  QStringList aboutGlyphs() const { return seen_.filter(QStringLiteral("no glyph")); }
+
+private:
+  QStringList seen_;
+  QtMessageHandler previous_;
+};
 
 class PdfExport : public ::testing::Test {
 protected:
@@ -105,6 +134,64 @@ TEST_F(PdfExport, EachPageHasItsOwnSizeAndTheDocumentItsTitle) {
   EXPECT_EQ(rounded(sizes[0]), QSize(595, 842));
   EXPECT_EQ(rounded(sizes[1]), QSize(842, 595));
   EXPECT_EQ(rounded(sizes[2]), QSize(595, 842));
+}
+
+TEST_F(PdfExport, TheTitleIsTheReportsNameAndTheCreatorIsNamed) {
+  const QString path = dir_.file(QStringLiteral("titled.pdf"));
+  PageDocument document = threePages();
+  document.setTitle(QStringLiteral("Kunder i Göteborg"));
+  PdfExporter().exportDocument(document, path);
+  EXPECT_EQ(test::pdfInfoValue(path, QStringLiteral("Title")), QStringLiteral("Kunder i Göteborg"));
+  EXPECT_FALSE(test::pdfInfoValue(path, QStringLiteral("Creator")).isEmpty());
+}
+
+TEST_F(PdfExport, EastAsianTextIsShownInAnInstalledFontThatHasItWithoutWarning) {
+  ASSERT_FALSE(QFontDatabase::families(QFontDatabase::Japanese).isEmpty())
+      << "no font for Chinese, Japanese and Korean text is installed (fonts-noto-cjk)";
+  const QString text = QStringLiteral("株式会社東京 서울 こんにちは");
+  PageDocument document;
+  const int body = document.internFont(PageFont{});
+  Page page(kA4Short, kA4Long);
+  page.addText({1440, 1440, 9000, 300}, QStringLiteral("Kund: ") + text, body);
+  document.append(page);
+  const QString path = dir_.file(QStringLiteral("cjk.pdf"));
+  const Warnings warnings;
+  PdfExporter().exportDocument(document, path);
+
+  EXPECT_TRUE(test::pdfPageTexts(path).value(0).contains(text)) << test::pdfPageTexts(path).value(0).toStdString();
+  QStringList standIns;
+  for (const test::PdfFont &font : test::pdfFonts(path)) {
+    EXPECT_TRUE(font.embedded) << font.name.toStdString();
+    if (!font.name.contains(QLatin1String("DejaVu")))
+      standIns += font.name;
+  }
+  EXPECT_FALSE(standIns.isEmpty()) << "no font but the layout's own shows the text";
+  EXPECT_TRUE(warnings.aboutGlyphs().isEmpty()) << warnings.aboutGlyphs().join(u'\n').toStdString();
+}
+
+TEST_F(PdfExport, CharactersNoInstalledFontHasAreCountedInOneWarningAnExport) {
+  // Code points that Unicode has not assigned have no glyph in any font.
+  const QString unassigned = QString(QChar(0x0378)) + QChar(0x0379);
+  PageDocument document = threePages();
+  document.setTitle(QStringLiteral("Price list"));
+  document.page(0).addText({1440, 5000, 4000, 300}, QStringLiteral("Code ") + unassigned, 0);
+  document.page(2).addText({1440, 5000, 4000, 300}, QString(QChar(0x0378)), 0);
+
+  const Warnings warnings;
+  PdfExporter().exportDocument(document, dir_.file(QStringLiteral("boxes.pdf")));
+  TiffExporter().exportDocument(document, dir_.file(QStringLiteral("boxes.tif")));
+  const QStringList seen = warnings.aboutGlyphs();
+  ASSERT_EQ(seen.size(), 2) << seen.join(u'\n').toStdString();
+  for (const QString &warning : seen) {
+    EXPECT_TRUE(warning.contains(QLatin1String("3 character"))) << warning.toStdString();
+    EXPECT_TRUE(warning.contains(QLatin1String("U+0378, U+0379"))) << warning.toStdString();
+    EXPECT_TRUE(warning.contains(QLatin1String("\"Price list\""))) << warning.toStdString();
+  }
+
+  // Pages without them give no warning.
+  const Warnings again;
+  PdfExporter().exportPages(document, dir_.file(QStringLiteral("second.pdf")), 1, 1);
+  EXPECT_TRUE(again.aboutGlyphs().isEmpty()) << again.aboutGlyphs().join(u'\n').toStdString();
 }
 
 TEST_F(PdfExport, FontsAreEmbedded) {

@@ -63,6 +63,7 @@ struct Directory {
   QString compression;
   QString bitsPerSample;
   QString pageNumber;
+  QString documentName;
 };
 
 // The directories tiffinfo reports, in file order.
@@ -91,6 +92,7 @@ std::vector<Directory> tiffInfo(const QString &path) {
     directory.compression = value(section, QStringLiteral("Compression Scheme"));
     directory.bitsPerSample = value(section, QStringLiteral("Bits/Sample"));
     directory.pageNumber = value(section, QStringLiteral("Page Number"));
+    directory.documentName = value(section, QStringLiteral("DocumentName"));
     directories.push_back(directory);
   }
   return directories;
@@ -215,6 +217,51 @@ TEST_F(TiffExport, InkStandsWhereTheTextAndTheRectangleAreAndNowhereElse) {
     EXPECT_EQ(darkPixels(page, {7000, 0, kA4Short - 7000, kA4Long}, 200), 0);
     EXPECT_EQ(darkPixels(page, {0, 6200, kA4Short, kA4Long - 6200}, 200), 0);
   }
+}
+
+TEST_F(TiffExport, MonochromeKeepsPaleAndThinRulesAndShowsAPaleBackgroundAsDots) {
+  PageDocument document;
+  document.setTitle(QStringLiteral("Kunder i Göteborg"));
+  const int font = document.internFont(PageFont{});
+  Page page(kA4Short, kA4Long);
+  const Box stripe{1440, 2000, 7200, 300};
+  page.addRect(RectItem{stripe, 0xffeeeeee, std::nullopt, 0});
+  page.addText({1440, 2000, 4000, 300}, QStringLiteral("A row on a stripe"), font);
+  const Twips greyHairline = 3003;
+  const Twips thinBlack = 4003; // 3 twips, less than half a dot at 200 dpi
+  page.addLine({1440, greyHairline, 8640, greyHairline, Stroke{0xff999999, 0, LineStyle::Solid}});
+  page.addLine({1440, thinBlack, 8640, thinBlack, Stroke{kBlack, 3, LineStyle::Solid}});
+  document.append(page);
+  const QString path = dir_.file(QStringLiteral("rules.tif"));
+  TiffExporter().exportDocument(document, path);
+  const QImage image = readFirstPage(path);
+  ASSERT_FALSE(image.isNull());
+
+  // A dark dot in nearly every column along each rule, within a dot of it.
+  for (const Twips rule : {greyHairline, thinBlack}) {
+    SCOPED_TRACE(rule);
+    const int row = pixels(rule, 200);
+    int columns = 0;
+    int inked = 0;
+    for (int x = pixels(1440, 200); x < pixels(8640, 200); ++x, ++columns) {
+      bool dark = false;
+      for (int y = row - 1; y <= row + 1; ++y)
+        dark = dark || qGray(image.pixel(x, y)) < 128;
+      inked += dark ? 1 : 0;
+    }
+    EXPECT_GE(inked, columns * 95 / 100) << "of " << columns;
+  }
+  // The stripe right of its text: a light, even pattern of dots.
+  const Box pale{6000, stripe.y, 2640, stripe.height};
+  const int area = pixels(pale.width, 200) * pixels(pale.height, 200);
+  const int dots = darkPixels(image, pale, 200);
+  EXPECT_GT(dots, area / 50);
+  EXPECT_LT(dots, area / 4);
+  EXPECT_EQ(darkPixels(image, {1440, 2400, 7200, 500}, 200), 0) << "below the stripe";
+
+  const auto directories = tiffInfo(path);
+  ASSERT_EQ(directories.size(), 1u);
+  EXPECT_EQ(directories[0].documentName, QStringLiteral("Kunder i Göteborg"));
 }
 
 TEST_F(TiffExport, AMissingFolderRaises76AndLeavesNothing) {

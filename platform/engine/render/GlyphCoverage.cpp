@@ -1,0 +1,121 @@
+#include "engine/render/GlyphCoverage.h"
+
+#include <QDebug>
+#include <QGlyphRun>
+#include <QSet>
+#include <QTextLayout>
+
+#include <algorithm>
+
+namespace kordel::engine {
+
+namespace {
+
+// Characters named in the warning; the others are counted.
+constexpr qsizetype kCharactersNamed = 5;
+
+bool printsNothing(char32_t c) {
+  switch (QChar::category(c)) {
+  case QChar::Other_Control:
+  case QChar::Other_Format:
+  case QChar::Separator_Space:
+  case QChar::Separator_Line:
+  case QChar::Separator_Paragraph: return true;
+  default: break;
+  }
+  return (c >= 0xfe00 && c <= 0xfe0f) || (c >= 0xe0100 && c <= 0xe01ef); // variation selectors
+}
+
+// The family of the font that the text layout picks for c, where the
+// font's own lacks it; empty when it finds none.
+QString fallbackFamily(const QFont &font, char32_t c) {
+  QTextLayout layout(QString::fromUcs4(&c, 1), font);
+  layout.beginLayout();
+  layout.createLine();
+  layout.endLayout();
+  for (const QGlyphRun &run : layout.glyphRuns()) {
+    const QList<quint32> glyphs = run.glyphIndexes();
+    if (std::any_of(glyphs.cbegin(), glyphs.cend(), [](quint32 glyph) { return glyph != 0; }))
+      return run.rawFont().familyName();
+  }
+  return {};
+}
+
+QString codePoint(char32_t c) {
+  return QStringLiteral("U+") + QString::number(quint32(c), 16).toUpper().rightJustified(4, QLatin1Char('0'));
+}
+
+} // namespace
+
+GlyphCoverage::GlyphCoverage(const PageDocument &document)
+    : document_(document), ownFonts_(std::size_t(document.fontCount())) {}
+
+const QRawFont &GlyphCoverage::ownFont(int font) {
+  std::optional<QRawFont> &raw = ownFonts_.at(std::size_t(font));
+  if (!raw)
+    raw = QRawFont::fromFont(document_.font(font).toQFont());
+  return *raw;
+}
+
+QString GlyphCoverage::familyFor(int font, char32_t c) {
+  const PageFont &pageFont = document_.font(font);
+  if (printsNothing(c) || ownFont(font).supportsCharacter(c))
+    return pageFont.family;
+  const auto key = qMakePair(font, c);
+  auto found = fallbacks_.constFind(key);
+  if (found == fallbacks_.cend())
+    found = fallbacks_.insert(key, fallbackFamily(pageFont.toQFont(), c));
+  return *found;
+}
+
+void GlyphCoverage::scan(int firstPage, int lastPage) {
+  QSet<char32_t> missing(missing_.cbegin(), missing_.cend());
+  for (int index = firstPage; index <= lastPage; ++index) {
+    const Page &page = document_.page(index);
+    for (const PageItem &item : page.items()) {
+      const auto *run = std::get_if<TextRun>(&item);
+      if (!run)
+        continue;
+      const QString text = page.text(*run);
+      const QString &own = document_.font(run->font).family;
+      for (const char32_t c : text.toUcs4()) {
+        const QString family = familyFor(run->font, c);
+        if (family.isEmpty()) {
+          ++missingCount_;
+          if (!missing.contains(c)) {
+            missing.insert(c);
+            missing_.append(c);
+          }
+        } else if (family != own && !fallbacksUsed_[run->font].contains(family)) {
+          fallbacksUsed_[run->font].append(family);
+        }
+      }
+    }
+  }
+}
+
+QStringList GlyphCoverage::fallbackFamilies(int font) const {
+  const auto found = fallbacksUsed_.find(font);
+  return found == fallbacksUsed_.end() ? QStringList() : found->second;
+}
+
+void warnOfMissingGlyphs(const PageDocument &document, int firstPage, int lastPage) {
+  GlyphCoverage coverage(document);
+  coverage.scan(firstPage, lastPage);
+  if (coverage.missingCount() == 0)
+    return;
+  const QList<char32_t> &missing = coverage.missingCharacters();
+  QStringList named;
+  for (qsizetype i = 0; i < missing.size() && i < kCharactersNamed; ++i)
+    named += codePoint(missing[i]);
+  if (missing.size() > kCharactersNamed)
+    named += QStringLiteral("%1 more").arg(missing.size() - kCharactersNamed);
+  const QString report = document.title().isEmpty() ? QStringLiteral("the report")
+                                                    : QLatin1Char('"') + document.title() + QLatin1Char('"');
+  qWarning().noquote() << QStringLiteral("%1 character(s) of %2 have no glyph in any installed font and print as "
+                                         "empty boxes: %3")
+                              .arg(coverage.missingCount())
+                              .arg(report, named.join(QStringLiteral(", ")));
+}
+
+} // namespace kordel::engine
