@@ -1,6 +1,7 @@
 #include "cli/ExportTarget.h"
 
 #include "core/Error.h"
+#include "engine/export/ExportFile.h"
 #include "hostapi/Layout.h"
 
 #include <QDir>
@@ -42,6 +43,8 @@ ExportTarget ExportTarget::check(const QString &path) {
     raiseError(ErrorNumber::PathNotFound, kSource,
                QStringLiteral("Cannot export to %1: there is no folder %2")
                    .arg(target.path_, QDir::toNativeSeparators(file.absolutePath())));
+  // A folder or a file that cannot be written is refused before the run.
+  engine::checkExportTarget(target.path_, kSource);
   target.before_ = stampOf(target.path_);
   return target;
 }

@@ -13,7 +13,8 @@ class ExportTarget {
 public:
   // The path made absolute. Raises 5 for an extension that no exporter
   // writes, naming those that one does, and for a folder given as the
-  // file; 76 for a folder that does not exist.
+  // file; 76 for a folder that does not exist; 70 for a folder that takes
+  // no new files and a file that is read-only (engine::checkExportTarget).
   static ExportTarget check(const QString &path);
 
   const QString &path() const { return path_; }
