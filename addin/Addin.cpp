@@ -1,6 +1,6 @@
 #include "addin/Addin.h"
 
-#include "addin/ApplicationManager.h"
+#include "common/ApplicationManager.h"
 #include "addin/CustomReport.h"
 #include "common/Globals.h"
 #include "common/ResourceManager.h"

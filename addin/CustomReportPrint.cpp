@@ -2,7 +2,7 @@
 // document is loaded, the range sorted, and the user asked only when the
 // call or the context leaves something open.
 
-#include "addin/ApplicationManager.h"
+#include "common/ApplicationManager.h"
 #include "addin/CustomReport.h"
 #include "common/Globals.h"
 #include "core/Error.h"

@@ -2,7 +2,7 @@
 // Extensions and one run-time object are made, and the layout is printed,
 // previewed or exported.
 
-#include "addin/ApplicationManager.h"
+#include "common/ApplicationManager.h"
 #include "addin/CustomReport.h"
 #include "common/Globals.h"
 #include "common/Settings.h"

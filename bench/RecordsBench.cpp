@@ -15,7 +15,7 @@
 
 #include "BenchTools.h"
 
-#include "addin/ApplicationManager.h"
+#include "common/ApplicationManager.h"
 #include "common/ResourceManager.h"
 #include "data/Records.h"
 #include "document/Page.h"

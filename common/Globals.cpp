@@ -1,6 +1,6 @@
 #include "common/Globals.h"
 
-#include "addin/ApplicationManager.h"
+#include "common/ApplicationManager.h"
 #include "common/ResourceManager.h"
 #include "hostapi/ApplicationLog.h"
 #include "hostapi/Printers.h"

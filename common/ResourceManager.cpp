@@ -1,6 +1,6 @@
 #include "common/ResourceManager.h"
 
-#include "addin/ApplicationManager.h"
+#include "common/ApplicationManager.h"
 #include "core/Error.h"
 #include "hostapi/Translator.h"
 

@@ -1,6 +1,6 @@
 #include "common/ScriptExpression.h"
 
-#include "addin/ApplicationManager.h"
+#include "common/ApplicationManager.h"
 #include "common/Globals.h"
 #include "hostapi/ActiveUser.h"
 #include "hostapi/Records.h"

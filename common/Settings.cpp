@@ -1,6 +1,6 @@
 #include "common/Settings.h"
 
-#include "addin/ApplicationManager.h"
+#include "common/ApplicationManager.h"
 #include "core/Error.h"
 #include "hostapi/Database.h"
 #include "hostapi/RegistryKey.h"

@@ -3,7 +3,7 @@
 
 #include "data/Records.h"
 
-#include "addin/ApplicationManager.h"
+#include "common/ApplicationManager.h"
 #include "core/Error.h"
 #include "document/Page.h"
 #include "document/ReportFields.h"

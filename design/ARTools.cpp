@@ -1,6 +1,6 @@
 #include "design/ARTools.h"
 
-#include "addin/ApplicationManager.h"
+#include "common/ApplicationManager.h"
 #include "common/Globals.h"
 #include "common/Settings.h"
 #include "core/Error.h"

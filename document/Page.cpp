@@ -1,6 +1,6 @@
 #include "document/Page.h"
 
-#include "addin/ApplicationManager.h"
+#include "common/ApplicationManager.h"
 #include "common/Globals.h"
 #include "core/Error.h"
 #include "document/Pages.h"

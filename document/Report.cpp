@@ -1,6 +1,6 @@
 #include "document/Report.h"
 
-#include "addin/ApplicationManager.h"
+#include "common/ApplicationManager.h"
 #include "common/Globals.h"
 #include "core/Error.h"
 #include "core/VbDate.h"

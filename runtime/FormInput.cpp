@@ -1,6 +1,6 @@
 #include "runtime/FormInput.h"
 
-#include "addin/ApplicationManager.h"
+#include "common/ApplicationManager.h"
 #include "common/Globals.h"
 #include "hostapi/Ui.h"
 

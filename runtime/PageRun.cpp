@@ -1,6 +1,6 @@
 #include "runtime/PageRun.h"
 
-#include "addin/ApplicationManager.h"
+#include "common/ApplicationManager.h"
 #include "common/Globals.h"
 #include "core/Dictionary.h"
 #include "core/Error.h"

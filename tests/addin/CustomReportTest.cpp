@@ -5,7 +5,7 @@
 #include "DemoFixture.h"
 
 #include "addin/Addin.h"
-#include "addin/ApplicationManager.h"
+#include "common/ApplicationManager.h"
 #include "addin/CustomReport.h"
 #include "common/ResourceManager.h"
 #include "document/Page.h"

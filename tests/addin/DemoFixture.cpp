@@ -1,6 +1,6 @@
 #include "DemoFixture.h"
 
-#include "addin/ApplicationManager.h"
+#include "common/ApplicationManager.h"
 #include "common/ResourceManager.h"
 #include "nuvo/DatabaseObject.h"
 #include "nuvo/Engine.h"

@@ -1,6 +1,6 @@
 #include "HostedFixture.h"
 
-#include "addin/ApplicationManager.h"
+#include "common/ApplicationManager.h"
 
 namespace kordel::test {
 

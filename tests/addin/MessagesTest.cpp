@@ -1,6 +1,6 @@
 #include "HostedFixture.h"
 
-#include "addin/ApplicationManager.h"
+#include "common/ApplicationManager.h"
 #include "common/Globals.h"
 #include "common/ResourceManager.h"
 #include "host/IniTranslator.h"

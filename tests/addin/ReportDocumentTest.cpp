@@ -1,7 +1,7 @@
 #include "DemoFixture.h"
 #include "LayoutSketch.h"
 
-#include "addin/ApplicationManager.h"
+#include "common/ApplicationManager.h"
 #include "document/Page.h"
 #include "document/Pages.h"
 #include "document/PropertyStorage.h"

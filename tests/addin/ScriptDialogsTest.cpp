@@ -5,7 +5,7 @@
 
 #include "HostedFixture.h"
 
-#include "addin/ApplicationManager.h"
+#include "common/ApplicationManager.h"
 #include "common/Globals.h"
 #include "common/ResourceManager.h"
 #include "host/QtUi.h"

@@ -1,6 +1,6 @@
 #include "HostedFixture.h"
 
-#include "addin/ApplicationManager.h"
+#include "common/ApplicationManager.h"
 #include "common/Settings.h"
 #include "core/Error.h"
 #include "hostapi/Database.h"

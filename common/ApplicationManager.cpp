@@ -1,4 +1,4 @@
-#include "addin/ApplicationManager.h"
+#include "common/ApplicationManager.h"
 
 #include "core/Error.h"
 
