@@ -3,6 +3,8 @@
 // "--name value" or "--name=value", and one-line refusals of what cannot
 // be read.
 
+#include "host/IniTranslator.h"
+
 #include "support/OrvexProcess.h"
 #include "support/TempDir.h"
 
@@ -14,6 +16,25 @@
 using kordel::test::OrvexRun;
 
 namespace {
+
+// A report whose page lists a field its class lacks: the add-in refuses to
+// run it with a message of its own.
+const QByteArray kUnfinished = R"(<?xml version="1.0"?>
+<application><section name="system"><property name="name" value="Unfinished"/></section>
+<section name="settings"><property name="toppage" value="{5D0C7E21-8A3B-4F6C-9E2D-1B4A7C9F3E60}"/>
+<property name="source" value="product"/></section><section name="pages">
+<section name="{5D0C7E21-8A3B-4F6C-9E2D-1B4A7C9F3E60}"><property name="name" value="Products"/>
+<property name="source" value="product"/><section name="fields"><section name="colour">
+<property name="name" value="colour"/><property name="expression" value="colour"/></section></section>
+</section></section></application>)";
+
+// The add-in's text of a key in a language, from its translation files.
+QString addinText(const QString &key, const QString &language) {
+  kordel::host::IniTranslator translator;
+  translator.setTranslationFolder(QStringLiteral(KORDEL_SOURCE_DIR "/translation"));
+  translator.loadSection(QStringLiteral("kordel"), language);
+  return translator.translateKey(key);
+}
 
 class CommandLineTest : public ::testing::Test {
 protected:
@@ -119,6 +140,27 @@ TEST_F(CommandLineTest, WhatCannotBeReadIsRefusedOnOneLineNamingTheWord) {
     EXPECT_TRUE(run.err.contains(QLatin1String(refused.reason))) << what << ": " << run.err.toStdString();
   }
   EXPECT_FALSE(QFile::exists(pdf));
+}
+
+TEST_F(CommandLineTest, TheAddinSpeaksTheLanguageGiven) {
+  const QString database = dir.file("crm.db");
+  ASSERT_EQ(orvex({"demo", "--db", database, "--companies", "2"}).exitCode, 0);
+  ASSERT_TRUE(kordel::test::writeFile(dir.file("unfinished.xml"), kUnfinished));
+  ASSERT_EQ(orvex({"report-import", dir.file("unfinished.xml"), "--db", database}).exitCode, 0);
+
+  for (const QString language : {"sv", "en"}) {
+    const QString name = addinText("Addin.Name", language);
+    const OrvexRun about = orvex({"about", "--lang", language});
+    EXPECT_TRUE(about.out.startsWith("Orvex ") && about.out.section(u'\n', 0, 0).endsWith(" with " + name))
+        << about.out.toStdString();
+
+    const OrvexRun run = orvex({"export", "--report", "Unfinished", "--all", "--out", dir.file("u.pdf"), "--lang",
+                                language, "--db", database});
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_TRUE(run.err.contains("\n" + name + ": " + addinText("Report.DesignerMissing", language) + "\n"))
+        << run.err.toStdString();
+  }
+  EXPECT_NE(addinText("Report.DesignerMissing", "sv"), addinText("Report.DesignerMissing", "en"));
 }
 
 } // namespace

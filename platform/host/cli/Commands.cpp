@@ -12,6 +12,11 @@ namespace kordel::host::cli {
 
 namespace {
 
+OptionSyntax languageOption() {
+  return {QStringLiteral("--lang"), QStringLiteral("LANG"),
+          QStringLiteral("the language of the add-in's texts and the database's names (en, sv)")};
+}
+
 OptionSyntax databaseOption() {
   return {QStringLiteral("--db"), QStringLiteral("DATABASE"),
           QStringLiteral("a database file or a postgresql:// address; without it, demo.db in the data folder")};
@@ -33,8 +38,7 @@ std::vector<OptionSyntax> runOptions(std::vector<OptionSyntax> own) {
        QStringLiteral("the records selected in --explorer's window")},
       {QStringLiteral("--subfilter"), QStringLiteral("PAGE=FILTER"),
        QStringLiteral("narrows a sub page (name or guid) to a saved filter; once a page"), true},
-      {QStringLiteral("--lang"), QStringLiteral("LANG"),
-       QStringLiteral("the language of the add-in's texts and the database's names (en, sv)")},
+      languageOption(),
       databaseOption(),
   };
   options.insert(options.end(), shared.begin(), shared.end());
@@ -49,7 +53,7 @@ std::vector<Command> makeCommands() {
         QStringLiteral("show the version, the language and where settings, log and databases live"),
         QString(),
         QStringLiteral("Shows the version, the language and where settings, log and databases live."),
-        {},
+        {languageOption()},
         {}},
        about},
       {{QStringLiteral("demo"),
@@ -61,21 +65,22 @@ std::vector<Command> makeCommands() {
         {{QStringLiteral("--db"), QStringLiteral("DATABASE"),
           QStringLiteral("the file or postgresql:// address to make; without it, demo.db in the data folder")},
          {QStringLiteral("--companies"), QStringLiteral("N"), QStringLiteral("how many companies (1000)")},
-         {QStringLiteral("--seed"), QStringLiteral("S"), QStringLiteral("the seed of the data (1)")}},
+         {QStringLiteral("--seed"), QStringLiteral("S"), QStringLiteral("the seed of the data (1)")},
+         languageOption()},
         {}},
        demo},
       {{QStringLiteral("reports"),
         QStringLiteral("list the reports of a database"),
         QStringLiteral("[--db DATABASE]"),
         QStringLiteral("Lists the reports of a database, each with its class."),
-        {databaseOption()},
+        {languageOption(), databaseOption()},
         {}},
        reports},
       {{QStringLiteral("report-export"),
         QStringLiteral("write a report's document to a file"),
         QStringLiteral("NAME FILE [--db DATABASE]"),
         QStringLiteral("Writes the document of the report NAME, its pages and layouts, to FILE."),
-        {databaseOption()},
+        {languageOption(), databaseOption()},
         {QStringLiteral("NAME"), QStringLiteral("FILE")}},
        reportExport},
       {{QStringLiteral("report-import"),
@@ -84,6 +89,7 @@ std::vector<Command> makeCommands() {
         QStringLiteral("Stores the report document in FILE as a new report. A document that does not\n"
                        "parse, a class the database lacks or a name that is taken is refused."),
         {{QStringLiteral("--name"), QStringLiteral("NAME"), QStringLiteral("the report's name; else the document's")},
+         languageOption(),
          databaseOption()},
         {QStringLiteral("FILE")}},
        reportImport},
@@ -94,7 +100,8 @@ std::vector<Command> makeCommands() {
                        "Application. The words after FILE are the script's arguments."),
         {databaseOption(),
          {QStringLiteral("--language"), QStringLiteral("LANGUAGE"),
-          QStringLiteral("VBScript or JScript; else by the file's extension")}},
+          QStringLiteral("VBScript or JScript; else by the file's extension")},
+         languageOption()},
         {QStringLiteral("FILE")},
         true},
        script},

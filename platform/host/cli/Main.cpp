@@ -3,6 +3,7 @@
 // help and the version, and runs the command on its words.
 
 #include "cli/Commands.h"
+#include "cli/Languages.h"
 #include "cli/Options.h"
 
 #include "host/AddinHost.h"
@@ -80,10 +81,14 @@ int run(const host::cli::Command &command, const QStringList &words) {
       write(stdout, host::cli::helpText(command.syntax));
       return 0;
     }
+    // The language of the application is the add-in's, which it reads
+    // when it is connected.
+    const QString language = arguments.value(QStringLiteral("--lang"));
+    host::cli::checkLanguage(language);
     hostapi::installUi(std::make_shared<host::BatchUi>());
     auto app =
         std::make_shared<host::HostApplication>(std::make_shared<host::SettingsStore>(host::HostPaths::registryFile()),
-                                                std::make_shared<host::FileLog>(host::HostPaths::logFile()));
+                                                std::make_shared<host::FileLog>(host::HostPaths::logFile()), language);
     // Scripts and commands make the add-ins' objects by their ProgIDs.
     host::AddinHost(*app).loadPlugins(host::HostPaths::addinFolder());
     return command.run(*app, arguments);

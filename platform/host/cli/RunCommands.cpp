@@ -25,7 +25,6 @@
 #include "hostapi/Report.h"
 #include "hostapi/ReportContext.h"
 
-#include <QDir>
 #include <QTemporaryDir>
 
 #include <cstdio>
@@ -44,21 +43,6 @@ void progress(const QString &line) {
 
 QString counted(int count, const char *one, const char *many) {
   return QStringLiteral("%1 %2").arg(count).arg(QLatin1String(count == 1 ? one : many));
-}
-
-// The add-in's texts lie in "translation" beside it, one file a language.
-void checkLanguage(const QString &language) {
-  if (language.isEmpty())
-    return;
-  const QDir folder(HostPaths::addinFolder() + QStringLiteral("/translation"));
-  if (folder.exists(QStringLiteral("kordel.%1.ini").arg(language)))
-    return;
-  QStringList known;
-  for (const QString &file : folder.entryList({QStringLiteral("kordel.*.ini")}, QDir::Files, QDir::Name))
-    known << file.section(u'.', 1, 1);
-  raiseError(ErrorNumber::InvalidCall, kSource,
-             QStringLiteral("There are no texts in the language \"%1\"; the languages are %2")
-                 .arg(language, known.join(QStringLiteral(", "))));
 }
 
 // The printer of that name as the system spells it; raises 5 naming the
@@ -180,7 +164,6 @@ QString printerUsed(hostapi::ReportContext &context) {
 int exportReport(HostApplication &host, const Arguments &arguments) {
   const RunRequest request = RunRequest::read(RunMode::Export, arguments);
   const ExportTarget target = ExportTarget::check(request.outFile);
-  checkLanguage(request.language);
   ReportRun run(host, request);
   run.context().setFileName(target.path());
   const auto pages =
@@ -199,7 +182,6 @@ int exportReport(HostApplication &host, const Arguments &arguments) {
 
 int printReport(HostApplication &host, const Arguments &arguments) {
   const RunRequest request = RunRequest::read(RunMode::Print, arguments);
-  checkLanguage(request.language);
   const QString printer = request.printer.isEmpty() ? QString() : printerNamed(request.printer);
   ReportRun run(host, request);
   if (!printer.isEmpty())
@@ -223,7 +205,6 @@ int previewReport(HostApplication &host, const Arguments &arguments) {
     raiseError(ErrorNumber::InvalidCall, QStringLiteral("orvex"),
                QStringLiteral("The preview needs a display: none is set (DISPLAY or WAYLAND_DISPLAY), or "
                               "the window platform (QT_QPA_PLATFORM) draws offscreen"));
-  checkLanguage(request.language);
   ReportRun run(host, request);
   progress(QStringLiteral("Previewing %1").arg(run.subject()));
   if (run.run(RunMode::Preview, std::make_shared<QtUi>()) > 0)
