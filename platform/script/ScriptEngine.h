@@ -109,6 +109,11 @@ public:
   // and runs its global statements. A syntax error adds nothing.
   virtual void addCode(const QString &code) = 0;
 
+  // Compiles a block of code as addCode would and raises the compile error
+  // addCode would raise, without adding or running anything of it: no
+  // global statement runs and no name is declared.
+  virtual void checkSyntax(const QString &code) = 0;
+
   virtual bool hasProcedure(const QString &name) const = 0;
 
   // Calls a procedure with arguments. Arguments the procedure takes by

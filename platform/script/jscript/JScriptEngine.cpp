@@ -3,6 +3,7 @@
 #include "script/jscript/JsContext.h"
 #include "script/jscript/JsErrors.h"
 #include "script/jscript/JsObject.h"
+#include "script/jscript/SyntaxCheck.h"
 
 namespace kordel::script::js {
 
@@ -15,6 +16,8 @@ void JScriptEngine::addNamedItem(const QString &name, const ObjectRef &object, b
 }
 
 void JScriptEngine::addCode(const QString &code) { context_->runProgram(code); }
+
+void JScriptEngine::checkSyntax(const QString &code) { checkProgramSyntax(code); }
 
 bool JScriptEngine::hasProcedure(const QString &name) const { return context_->procedure(name).isCallable(); }
 

@@ -42,6 +42,7 @@ public:
   QString language() const override { return QStringLiteral("JScript"); }
   void addNamedItem(const QString &name, const ObjectRef &object, bool globalMembers = false) override;
   void addCode(const QString &code) override;
+  void checkSyntax(const QString &code) override;
   bool hasProcedure(const QString &name) const override;
   Variant call(const QString &name, Args &args) override;
   // A trailing semicolon is allowed, as in "Extensions.Timestamp(\"yyyy\");".

@@ -175,8 +175,7 @@ void Interpreter::startBudget() {
 }
 
 void Interpreter::checkBudget() {
-  if (runBudget_ &&
-      (runBudget_->memorySpent() || std::chrono::steady_clock::now() >= runBudget_->deadline()))
+  if (runBudget_ && (runBudget_->memorySpent() || std::chrono::steady_clock::now() >= runBudget_->deadline()))
     abortRun(runBudget_->exhaustedError());
   if (budget_.statements > 0 && ticks_ >= budget_.statements)
     abortRun(QStringLiteral("The script ran more statements than it may (%1)").arg(budget_.statements));
@@ -223,6 +222,13 @@ void Interpreter::addCode(const QString &code) {
     std::unique_ptr<Program> program = parseProgram(code);
     Resolver(globals_).resolveProgram(*program);
     runProgram(*program, nullptr);
+  });
+}
+
+void Interpreter::checkSyntax(const QString &code) {
+  guarded([&] {
+    std::unique_ptr<Program> program = parseProgram(code);
+    Resolver(globals_).checkProgram(*program);
   });
 }
 

@@ -46,6 +46,8 @@ public:
   // ---- the engine's interface (each an entry with its own budget) ----
   void addNamedItem(const QString &name, const ObjectRef &object, bool globalMembers);
   void addCode(const QString &code);
+  // Parses and resolves a block without committing or running it.
+  void checkSyntax(const QString &code);
   bool hasProcedure(const QString &name) const;
   Variant call(const QString &name, Args &args);
   Variant evaluate(const QString &expression);

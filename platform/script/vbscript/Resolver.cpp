@@ -78,6 +78,18 @@ void Resolver::commit() {
 // ---- programs ----
 
 void Resolver::resolveProgram(Program &program, const Procedure *enclosing) {
+  resolveBlockOfCode(program, enclosing);
+  commit();
+}
+
+void Resolver::checkProgram(Program &program) {
+  resolveBlockOfCode(program, nullptr);
+  pending_.clear();
+  pendingIndex_.clear();
+  newEntries_ = 0;
+}
+
+void Resolver::resolveBlockOfCode(Program &program, const Procedure *enclosing) {
   for (const auto &classDef : program.classes) {
     const int p = declareGlobal(classDef->name, GlobalEntry::Kind::Class, classDef->line, classDef->column);
     pending_[std::size_t(p)].classDef = classDef;
@@ -113,7 +125,6 @@ void Resolver::resolveProgram(Program &program, const Procedure *enclosing) {
   }
   for (const auto &procedure : program.procedures)
     resolveProcedure(*procedure, nullptr, program.optionExplicit);
-  commit();
 }
 
 void Resolver::resolveExpression(Expr &expr, const Procedure *enclosing) {

@@ -20,6 +20,9 @@ public:
   // procedure, enclosing is that procedure: the block sees its locals and
   // its hidden slots follow the procedure's own.
   void resolveProgram(Program &program, const Procedure *enclosing = nullptr);
+  // Resolves a block as addCode would, raising what resolving raises, and
+  // then forgets its declarations: the global table stays as it was.
+  void checkProgram(Program &program);
 
   // A single expression (evaluate, Eval) in the global scope or in the
   // scope of the enclosing procedure.
@@ -40,6 +43,7 @@ private:
   int implicitGlobal(const QString &name);
   int lookupGlobal(const QString &folded) const;
   void commit();
+  void resolveBlockOfCode(Program &program, const Procedure *enclosing);
 
   void declareClassMembers(ClassDef &classDef);
   void resolveProcedure(Procedure &procedure, ClassDef *owner, bool optionExplicit);

@@ -14,6 +14,8 @@ void VbScriptEngine::addNamedItem(const QString &name, const ObjectRef &object, 
 
 void VbScriptEngine::addCode(const QString &code) { interpreter_->addCode(code); }
 
+void VbScriptEngine::checkSyntax(const QString &code) { interpreter_->checkSyntax(code); }
+
 bool VbScriptEngine::hasProcedure(const QString &name) const { return interpreter_->hasProcedure(name); }
 
 Variant VbScriptEngine::call(const QString &name, Args &args) { return interpreter_->call(name, args); }
