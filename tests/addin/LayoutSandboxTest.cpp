@@ -28,6 +28,8 @@
 #include "runtime/Extensions.h"
 
 #include "core/Error.h"
+#include "core/ScriptRights.h"
+#include "support/ErrorCapture.h"
 
 #include <QFile>
 
@@ -299,6 +301,28 @@ TEST_F(LayoutSandboxTest, DeepRecursionIsAnErrorOfTheScriptNotACrash) {
     EXPECT_TRUE(problems().first().startsWith(QStringLiteral("ActiveReport_ReportStart")))
         << problems().first().toStdString();
     EXPECT_GE(pageCount(), 1);
+  }
+}
+
+// Should a layout script ever hold an exporter, it writes nothing with it.
+TEST_F(LayoutSandboxTest, NoExporterWritesForALayoutScript) {
+  runDirectly(LayoutSketch().section("Detail", SectionType::Detail).field("name"),
+              LayoutSketch().section("Detail", SectionType::Detail).field("lastname"), QStringLiteral("VBScript"));
+  const Variant pages = run->layoutReport()->get(QStringLiteral("Pages"));
+  for (const hostapi::ExportType &type : hostapi::kExportTypes) {
+    SCOPED_TRACE(type.extension);
+    const ObjectRef exporter = app->createObject(QString::fromLatin1(type.progId));
+    const QString target = forbiddenFile() + u'.' + QLatin1String(type.extension);
+    if (type.progId == hostapi::kHtmlExportProgId) {
+      exporter->set(QStringLiteral("FileNamePrefix"), QStringLiteral("page"));
+      exporter->set(QStringLiteral("HtmlOutputPath"), dir.path());
+    } else {
+      exporter->set(QStringLiteral("FileName"), target);
+    }
+    const LayoutScriptScope asALayoutScript;
+    EXPECT_EQ(test::errorNumber([&] { exporter->invoke(QStringLiteral("Export"), {pages}); }),
+              ErrorNumber::PermissionDenied);
+    EXPECT_FALSE(QFile::exists(target));
   }
 }
 

@@ -3,6 +3,7 @@
 #include "engine/render/PageDocument.h"
 
 #include "core/Error.h"
+#include "core/ScriptRights.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -41,6 +42,8 @@ QString followLinks(const QString &path) {
 } // namespace
 
 void checkExportTarget(const QString &path, const QString &source) {
+  // Every exporter writes through here: no layout script writes files.
+  requireFullRights(source);
   if (path.isEmpty())
     raiseError(ErrorNumber::PathNotFound, source, QStringLiteral("No file name was given for the export"));
   const QFileInfo info(followLinks(path));

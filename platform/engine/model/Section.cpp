@@ -96,19 +96,23 @@ std::shared_ptr<Section> Sections::item(const Variant &indexOrName) const {
 }
 
 std::shared_ptr<Section> Sections::add(const QString &name, int index, SectionType type, float height) {
+  auto section = Section::create(type, name);
+  section->height = height;
+  insert(section, index);
+  return section;
+}
+
+void Sections::insert(const std::shared_ptr<Section> &section, int index) {
   if (const auto report = owner_.lock())
     report->refuseWhileHeld(QStringLiteral("Sections.Add"));
-  if (find(name))
+  if (find(section->name))
     raiseError(ErrorNumber::DuplicateKey, QStringLiteral("Sections.Add"),
-               QStringLiteral("The layout has a section \"%1\" already").arg(name));
+               QStringLiteral("The layout has a section \"%1\" already").arg(section->name));
   if (index < 0 || index > count())
     raiseError(ErrorNumber::SubscriptOutOfRange, QStringLiteral("Sections.Add"),
                QStringLiteral("A section can go at 0 to %1, not at %2").arg(count()).arg(index));
-  auto section = Section::create(type, name);
-  section->height = height;
   section->setReport(owner_.lock());
   sections_.insert(sections_.begin() + index, section);
-  return section;
 }
 
 void Sections::remove(int index) {

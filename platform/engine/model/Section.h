@@ -85,6 +85,9 @@ public:
   // Inserts at the index (later sections move up); a name that is taken
   // raises 457.
   std::shared_ptr<Section> add(const QString &name, int index, SectionType type, float height);
+  // Inserts a section made elsewhere (one taken out to be moved), keeping
+  // everything it holds; a name that is taken raises 457.
+  void insert(const std::shared_ptr<Section> &section, int index);
   void remove(int index);
   const std::vector<std::shared_ptr<Section>> &all() const { return sections_; }
 

@@ -300,7 +300,7 @@ TEST(LayoutRoundTrip, OutputIsCanonicalIndentedXml) {
   // A section without controls or script, every attribute in order.
   EXPECT_TRUE(saved.contains("\n  <Section Name=\"PageFooter\" Type=\"3\" Height=\"350\" Visible=\"0\" BackStyle=\"0\" "
                              "BackColor=\"#ffffff\" DataField=\"\" CanGrow=\"0\" CanShrink=\"1\" KeepTogether=\"0\" "
-                             "NewPage=\"0\"/>\n"));
+                             "NewPage=\"0\" RepeatStyle=\"0\"/>\n"));
   EXPECT_TRUE(
       saved.contains("\n    <Field Name=\"Field1\" Left=\"0\" Top=\"0\" Width=\"1440\" Height=\"270\" Visible=\"1\" "
                      "Tag=\"\" ForeColor=\"#000000\" BackColor=\"#ffffff\" BackStyle=\"0\" Alignment=\"1\" "
