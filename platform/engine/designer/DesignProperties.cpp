@@ -1,6 +1,5 @@
 #include "engine/designer/DesignProperties.h"
 
-#include "engine/designer/DesignerEvents.h"
 #include "engine/model/Controls.h"
 #include "engine/model/LayoutReport.h"
 #include "engine/model/Section.h"
@@ -47,7 +46,6 @@ DesignProperty lateBound(const char *name, const QString &category, PropertyType
   property.type = type;
   property.appliesTo = kinds;
   property.description = QString::fromUtf8(description);
-  property.changedKind = DesignChange::PropertyChanged;
   property.read = [parts](Object &object) { return ownerOf(object, parts).get(parts.last()); };
   property.write = [parts](Object &object, const Variant &value) { ownerOf(object, parts).set(parts.last(), value); };
   return property;

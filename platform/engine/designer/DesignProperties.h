@@ -1,5 +1,7 @@
 #pragma once
 
+#include "engine/designer/DesignerEvents.h"
+
 #include "core/Object.h"
 
 #include <QImage>
@@ -84,7 +86,7 @@ struct DesignProperty {
   double maximum = 0;
   // The DesignChange an edit raises before it (-1: none) and after it.
   int changingKind = -1;
-  int changedKind = 0;
+  int changedKind = DesignChange::PropertyChanged;
 
   std::function<Variant(Object &)> read;
   std::function<void(Object &, const Variant &)> write;
