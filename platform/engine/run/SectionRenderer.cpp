@@ -193,6 +193,40 @@ BandPiece SectionRenderer::renderPiece(const Section &section, const std::vector
   return piece;
 }
 
+Page SectionRenderer::renderDesign(const Control &control) {
+  BandPiece piece;
+  piece.content = Page(std::max<Twips>(1, round(control.left + control.width)),
+                       std::max<Twips>(1, round(control.top + control.height)));
+  const Twips top = round(control.top);
+  const Twips height = round(control.height);
+  const auto wrapped = [&](const QString &text) {
+    return fontUse(*control.font).canvas->wrap(text, round(control.width));
+  };
+  switch (control.kind()) {
+  case ControlKind::Label:
+    drawControl(piece, control, top, height, wrapped(static_cast<const Label &>(control).caption));
+    break;
+  case ControlKind::Field:
+    drawControl(piece, control, top, height, wrapped(static_cast<const Field &>(control).text));
+    break;
+  case ControlKind::SubReport: {
+    // Drawn as a label would be, framed whatever its border.
+    const Box box{round(control.left), top, round(control.width), height};
+    const FontUse &use = fontUse(*control.font);
+    const QStringList lines = wrapped(static_cast<const SubReport &>(control).reportName);
+    if (control.backStyle == 1)
+      piece.content.addRect(RectItem{box, rgb(control.backColor), std::nullopt, 0});
+    for (int i = 0; i < lines.size(); ++i)
+      piece.content.addText(Box{box.x, top + i * use.lineHeight, box.width, use.lineHeight}, lines[i], use.index,
+                            rgb(control.foreColor), textAlign(control.alignment));
+    piece.content.addRect(RectItem{box, std::nullopt, Stroke{rgb(control.borderColor), 0, LineStyle::Solid}, 0});
+    break;
+  }
+  default: drawControl(piece, control, top, height, {}); break;
+  }
+  return std::move(piece.content);
+}
+
 void SectionRenderer::drawControl(BandPiece &piece, const Control &control, Twips y, Twips height,
                                   const QStringList &lines) {
   Page &page = piece.content;

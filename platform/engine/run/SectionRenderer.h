@@ -43,6 +43,14 @@ public:
 
   Band render(const Section &section);
 
+  // Design mode: one control as a designer shows it, where the layout puts
+  // it in its section (twips from the section's top left corner) and at
+  // its designed size: nothing grows or shrinks, a field shows its Text as
+  // it stands, and a sub report, whose own bands print in its place, is a
+  // framed box with its ReportName. The caller clips the page to the
+  // control's box.
+  Page renderDesign(const Control &control);
+
 private:
   struct Placed;
   BandPiece renderPiece(const Section &section, const std::vector<std::shared_ptr<Control>> &controls, Twips top,

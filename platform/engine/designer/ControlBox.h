@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QRectF>
+
+namespace kordel::engine {
+
+class Control;
+class LayoutReport;
+class Section;
+
+// The box the designer moves and sizes a control by, in twips within its
+// section. Most controls are their Left, Top, Width and Height; a line is
+// the box its two ends span, and placing a line's box carries its ends
+// along, each staying at its corner.
+QRectF designBox(const Control &control);
+void setDesignBox(Control &control, const QRectF &box);
+
+// The lowest bottom of a section's controls, 0 for none: a section is no
+// lower than that.
+float contentBottom(const Section &section);
+// The rightmost edge of any control: the print width is no narrower.
+float contentRight(const LayoutReport &report);
+
+} // namespace kordel::engine
