@@ -27,6 +27,13 @@ inline constexpr const char *kLineProgId = "DDActiveReports2.Line";
 inline constexpr const char *kShapeProgId = "DDActiveReports2.Shape";
 inline constexpr const char *kPictureProgId = "DDActiveReports2.Picture";
 
+// The band designer: Report, NewReport, IsDirty, GridX, GridY, ShowGrid,
+// AlignToGrid, RulerUnits, ToolbarsVisible, ToolbarsAccessible,
+// QueryAction(action), ExecuteAction(action), Selection and EventSink, the
+// object that answers its events (LayoutChanged, ValidateChange,
+// ContextMenuOpen, SelectionChanged, Message, GotFocus, LostFocus).
+inline constexpr const char *kDesignerProgId = "DDActiveReportsDesignerCtl.ARDesigner";
+
 // The engine's exporters: each has FileName (write) and Export(pages),
 // pages being the report object's Pages after Run. The HTML exporter takes
 // FileNamePrefix and HtmlOutputPath instead of one file name; the text

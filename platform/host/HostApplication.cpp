@@ -13,6 +13,7 @@
 #include "engine/export/TextExporterObject.h"
 #include "engine/export/TiffExporterObject.h"
 #include "engine/export/XlsExporterObject.h"
+#include "engine/designer/DesignerControl.h"
 #include "engine/model/LayoutReport.h"
 #include "engine/preview/Presenters.h"
 #include "nuvo/ExplorerList.h"
@@ -58,6 +59,7 @@ HostApplication::HostApplication(std::shared_ptr<SettingsStore> settings, std::s
   registerProgId(QString::fromLatin1(hostapi::kHostToolsProgId), [] { return std::make_shared<HostToolsObject>(); });
   registerProgId(QString::fromLatin1(hostapi::kPrintersProgId), [] { return PrinterList::fromSystem(); });
   registerProgId(QString::fromLatin1(hostapi::kLayoutReportProgId), [] { return engine::LayoutReport::create(); });
+  registerProgId(QString::fromLatin1(hostapi::kDesignerProgId), [] { return engine::DesignerControl::create(); });
   registerProgId(QString::fromLatin1(hostapi::kLayoutPrinterProgId),
                  [] { return std::make_shared<engine::LayoutPrinter>(); });
   registerProgId(QString::fromLatin1(hostapi::kPdfExportProgId),

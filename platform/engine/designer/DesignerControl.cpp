@@ -1,6 +1,7 @@
 #include "engine/designer/DesignerControl.h"
 
 #include "engine/designer/DesignerMessages.h"
+#include "engine/designer/DesignerWindow.h"
 #include "engine/model/LayoutReport.h"
 #include "engine/preview/Presenters.h"
 
@@ -69,7 +70,20 @@ std::shared_ptr<DesignerControl> DesignerControl::create() {
 
 DesignerControl::DesignerControl() : document_(std::make_unique<DesignerDocument>()), actions_(*document_, *this) {}
 
-DesignerControl::~DesignerControl() = default;
+DesignerControl::~DesignerControl() { delete window_.data(); }
+
+QWidget *DesignerControl::window() {
+  if (!window_)
+    window_ = new DesignerWindow(*this);
+  return window_;
+}
+
+DesignerWindow *DesignerControl::designerWindow() const { return window_.data(); }
+
+void DesignerControl::settingsChanged() {
+  if (window_)
+    window_->applySettings();
+}
 
 QPointF DesignerControl::gridStep() const {
   const double unit = rulerUnits == 1 ? kTwipsPerCentimetre : kTwipsPerInch;
@@ -135,15 +149,28 @@ const MemberTable &DesignerControl::memberTable() const {
           [](D &d, const Variant &v) { d.document_->setDirty(v.toBool()); }),
       property<D>(
           "GridX", [](D &d) { return std::int16_t(d.gridX); },
-          [twoByte](D &d, const Variant &v) { d.gridX = twoByte(v); }),
+          [twoByte](D &d, const Variant &v) {
+            d.gridX = twoByte(v);
+            d.settingsChanged();
+          }),
       property<D>(
           "GridY", [](D &d) { return std::int16_t(d.gridY); },
-          [twoByte](D &d, const Variant &v) { d.gridY = twoByte(v); }),
+          [twoByte](D &d, const Variant &v) {
+            d.gridY = twoByte(v);
+            d.settingsChanged();
+          }),
       property<D>(
-          "ShowGrid", [](D &d) { return d.showGrid; }, [](D &d, const Variant &v) { d.showGrid = v.toBool(); }),
+          "ShowGrid", [](D &d) { return d.showGrid; },
+          [](D &d, const Variant &v) {
+            d.showGrid = v.toBool();
+            d.settingsChanged();
+          }),
       property<D>(
           "AlignToGrid", [](D &d) { return d.alignToGrid; },
-          [](D &d, const Variant &v) { d.alignToGrid = v.toBool(); }),
+          [](D &d, const Variant &v) {
+            d.alignToGrid = v.toBool();
+            d.settingsChanged();
+          }),
       property<D>(
           "RulerUnits", [](D &d) { return std::int32_t(d.rulerUnits); },
           [](D &d, const Variant &v) {
@@ -152,13 +179,20 @@ const MemberTable &DesignerControl::memberTable() const {
               raiseError(ErrorNumber::InvalidCall, QStringLiteral("ARDesigner.RulerUnits"),
                          QStringLiteral("Ruler units are 0 (inches) or 1 (centimetres), not %1").arg(units));
             d.rulerUnits = units;
+            d.settingsChanged();
           }),
       property<D>(
           "ToolbarsVisible", [](D &d) { return std::int32_t(d.toolbarsVisible); },
-          [](D &d, const Variant &v) { d.toolbarsVisible = v.toLong(); }),
+          [](D &d, const Variant &v) {
+            d.toolbarsVisible = v.toLong();
+            d.settingsChanged();
+          }),
       property<D>(
           "ToolbarsAccessible", [](D &d) { return std::int32_t(d.toolbarsAccessible); },
-          [](D &d, const Variant &v) { d.toolbarsAccessible = v.toLong(); }),
+          [](D &d, const Variant &v) {
+            d.toolbarsAccessible = v.toLong();
+            d.settingsChanged();
+          }),
       method<D>("QueryAction",
                 [](D &d, Args &a) {
                   expectArgs(a, 1, 1);

@@ -4,7 +4,11 @@
 #include "engine/designer/DesignerDocument.h"
 #include "engine/designer/DesignerEvents.h"
 
+#include "hostapi/EmbeddedWindow.h"
+
 #include "core/Object.h"
+
+#include <QPointer>
 
 #include <memory>
 
@@ -42,7 +46,9 @@ constexpr int All = Menu | ToolBox | Standard | Alignment | Format | Explorer | 
 //
 // A sink that does not answer an event leaves the designer's own way: its
 // own context menu, its own message box through the message presenter.
-class DesignerControl : public Object, private DesignerEvents {
+class DesignerWindow;
+
+class DesignerControl : public Object, public hostapi::EmbeddedWindow, private DesignerEvents {
 public:
   static std::shared_ptr<DesignerControl> create();
   ~DesignerControl() override;
@@ -67,6 +73,13 @@ public:
   // Raises GotFocus or LostFocus to the sink.
   void focusChanged(bool hasFocus);
 
+  // The designer's window, made on the first call; its owner embeds it.
+  // The window lives no longer than the control.
+  QWidget *window() override;
+  DesignerWindow *designerWindow() const;
+  // Tells the window of changed grid, ruler or toolbar settings.
+  void settingsChanged();
+
 protected:
   const MemberTable &memberTable() const override;
 
@@ -84,6 +97,7 @@ private:
   std::unique_ptr<DesignerDocument> document_;
   DesignerActions actions_;
   std::weak_ptr<Object> eventSink_;
+  QPointer<DesignerWindow> window_;
 };
 
 } // namespace kordel::engine
