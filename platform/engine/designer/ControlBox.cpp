@@ -34,6 +34,16 @@ void setDesignBox(Control &control, const QRectF &box) {
   control.height = float(box.height());
 }
 
+QLineF lineEnds(const Line &line) { return QLineF(line.x1, line.y1, line.x2, line.y2); }
+
+void setLineEnds(Line &line, const QLineF &ends) {
+  line.x1 = float(ends.x1());
+  line.y1 = float(ends.y1());
+  line.x2 = float(ends.x2());
+  line.y2 = float(ends.y2());
+  setDesignBox(line, designBox(line));
+}
+
 float contentBottom(const Section &section) {
   float bottom = 0;
   for (const auto &control : section.controls()->all())

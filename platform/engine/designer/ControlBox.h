@@ -1,11 +1,13 @@
 #pragma once
 
+#include <QLineF>
 #include <QRectF>
 
 namespace kordel::engine {
 
 class Control;
 class LayoutReport;
+class Line;
 class Section;
 
 // The box the designer moves and sizes a control by, in twips within its
@@ -14,6 +16,9 @@ class Section;
 // along, each staying at its corner.
 QRectF designBox(const Control &control);
 void setDesignBox(Control &control, const QRectF &box);
+// A line's ends; placing them places its box around them.
+QLineF lineEnds(const Line &line);
+void setLineEnds(Line &line, const QLineF &ends);
 
 // The lowest bottom of a section's controls, 0 for none: a section is no
 // lower than that.

@@ -207,7 +207,9 @@ std::vector<DesignSurface::Origin> DesignSurface::selectedOrigins() const {
   std::vector<Origin> origins;
   for (const ObjectRef &object : document_.selection())
     if (auto control = std::dynamic_pointer_cast<engine::Control>(object))
-      origins.push_back(Origin{control, control->section(), designBox(*control)});
+      origins.push_back(
+          Origin{control, control->section(), designBox(*control),
+                 control->kind() == ControlKind::Line ? lineEnds(static_cast<const Line &>(*control)) : QLineF()});
   return origins;
 }
 
@@ -319,15 +321,11 @@ std::shared_ptr<Control> DesignSurface::addControl(const std::shared_ptr<Section
       static_cast<Label &>(*control).caption = control->name;
     else if (control->kind() == ControlKind::Field)
       static_cast<Field &>(*control).text = control->name;
-    if (control->kind() == ControlKind::Line) {
-      auto &line = static_cast<Line &>(*control);
-      line.x1 = float(from.x());
-      line.y1 = float(from.y());
-      line.x2 = float(to.x());
-      line.y2 = float(to.y());
-    }
-    setDesignBox(*control, QRectF(from, to).normalized());
-    grown = growSectionsFor({Origin{control, section, QRectF()}});
+    if (control->kind() == ControlKind::Line)
+      setLineEnds(static_cast<Line &>(*control), QLineF(from, to));
+    else
+      setDesignBox(*control, QRectF(from, to).normalized());
+    grown = growSectionsFor({Origin{control, section, QRectF(), QLineF()}});
   }
   raiseChanged(control, DesignChange::ControlAdded);
   for (const auto &section : grown)

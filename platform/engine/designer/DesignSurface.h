@@ -130,13 +130,14 @@ private:
     enum Kind { Nothing, Handle, SectionEdge, PrintEdge, Control, Title, Body } kind = Nothing;
     std::shared_ptr<engine::Control> control;
     std::shared_ptr<Section> section;
-    int handle = -1; // 0 top left, clockwise to 7 left
+    int handle = -1; // as handles() numbers them
   };
   // A control as a drag found it.
   struct Origin {
     std::shared_ptr<engine::Control> control;
     std::shared_ptr<Section> section;
     QRectF box;
+    QLineF ends; // a line's
   };
   // Where a move puts a control: a section and the top left corner in it.
   struct Placement {
@@ -179,7 +180,10 @@ private:
   void reportFailure();
 
   // DesignSurfaceDrag.cpp
-  QRectF handleRect(const QRectF &box, int handle) const;
+  // The handles of a selected control on the surface, by number: eight
+  // around its box (0 top left, clockwise to 7 left), or a line's two ends
+  // (8 and 9).
+  std::vector<std::pair<int, QRectF>> handles(const engine::Control &control) const;
   Hit hitAt(QPointF point) const;
   Qt::CursorShape cursorAt(QPoint point) const;
   void press(QPoint point, Qt::KeyboardModifiers modifiers);

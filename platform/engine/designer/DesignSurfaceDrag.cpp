@@ -54,6 +54,10 @@ constexpr qreal kHandleSize = 7;
 // and thick strokes.
 constexpr int kDragMargin = 8;
 
+// The handles of a line's ends.
+constexpr int kFirstEnd = 8;
+constexpr int kSecondEnd = 9;
+
 bool handleMovesLeft(int handle) { return handle == 0 || handle == 6 || handle == 7; }
 bool handleMovesRight(int handle) { return handle >= 2 && handle <= 4; }
 bool handleMovesTop(int handle) { return handle >= 0 && handle <= 2; }
@@ -71,6 +75,8 @@ QSizeF defaultSize(const QString &progId) {
 }
 
 Qt::CursorShape handleCursor(int handle) {
+  if (handle >= kFirstEnd)
+    return Qt::CrossCursor;
   static constexpr Qt::CursorShape shapes[] = {Qt::SizeFDiagCursor, Qt::SizeVerCursor,   Qt::SizeBDiagCursor,
                                                Qt::SizeHorCursor,   Qt::SizeFDiagCursor, Qt::SizeVerCursor,
                                                Qt::SizeBDiagCursor, Qt::SizeHorCursor};
@@ -81,26 +87,42 @@ Qt::CursorShape handleCursor(int handle) {
 
 // ---- what lies where ----
 
-QRectF DesignSurface::handleRect(const QRectF &box, int handle) const {
-  const qreal x = handleMovesLeft(handle) ? box.left() : handleMovesRight(handle) ? box.right() : box.center().x();
-  const qreal y = handleMovesTop(handle) ? box.top() : handleMovesBottom(handle) ? box.bottom() : box.center().y();
-  return QRectF(x - kHandleSize / 2, y - kHandleSize / 2, kHandleSize, kHandleSize);
+std::vector<std::pair<int, QRectF>> DesignSurface::handles(const engine::Control &control) const {
+  const auto around = [](QPointF centre) {
+    return QRectF(centre.x() - kHandleSize / 2, centre.y() - kHandleSize / 2, kHandleSize, kHandleSize);
+  };
+  std::vector<std::pair<int, QRectF>> found;
+  const auto section = control.section();
+  const SurfaceLayout::Band *band = section ? layout_.bandOf(*section) : nullptr;
+  if (!band)
+    return found;
+  if (control.kind() == ControlKind::Line) {
+    const QLineF ends = lineEnds(static_cast<const Line &>(control));
+    found.emplace_back(kFirstEnd, around(layout_.toSurface(*band, ends.p1())));
+    found.emplace_back(kSecondEnd, around(layout_.toSurface(*band, ends.p2())));
+    return found;
+  }
+  const QRectF box = layout_.controlRect(control);
+  for (int handle = 0; handle < 8; ++handle) {
+    const qreal x = handleMovesLeft(handle) ? box.left() : handleMovesRight(handle) ? box.right() : box.center().x();
+    const qreal y = handleMovesTop(handle) ? box.top() : handleMovesBottom(handle) ? box.bottom() : box.center().y();
+    found.emplace_back(handle, around(QPointF(x, y)));
+  }
+  return found;
 }
 
 DesignSurface::Hit DesignSurface::hitAt(QPointF point) const {
   Hit hit;
   for (const ObjectRef &object : document_.selection())
-    if (auto control = std::dynamic_pointer_cast<engine::Control>(object)) {
-      const QRectF box = layout_.controlRect(*control);
-      for (int handle = 0; handle < 8; ++handle)
-        if (handleRect(box, handle).contains(point)) {
+    if (auto control = std::dynamic_pointer_cast<engine::Control>(object))
+      for (const auto &[handle, rect] : handles(*control))
+        if (rect.contains(point)) {
           hit.kind = Hit::Handle;
           hit.control = control;
           hit.section = control->section();
           hit.handle = handle;
           return hit;
         }
-    }
   for (const SurfaceLayout::Band &band : layout_.bands())
     if (std::abs(point.y() - band.body.bottom()) <= kEdgeGrip && point.x() <= layout_.printRight() + kEdgeGrip) {
       hit.kind = Hit::SectionEdge;
@@ -320,7 +342,10 @@ void DesignSurface::restoreDrag() {
   if (drag_.kind == Drag::None)
     return;
   for (const Origin &origin : drag_.origins)
-    setDesignBox(*origin.control, origin.box);
+    if (origin.control->kind() == ControlKind::Line)
+      setLineEnds(static_cast<Line &>(*origin.control), origin.ends);
+    else
+      setDesignBox(*origin.control, origin.box);
   if (drag_.started == Drag::SectionHeight)
     drag_.hit.section->height = drag_.original;
   else if (drag_.started == Drag::PrintWidth)
@@ -420,6 +445,19 @@ void DesignSurface::applyResize() {
     return;
   const int handle = drag_.hit.handle;
   const QPointF delta = QPointF(drag_.at - drag_.press) / layout_.scale();
+  if (handle == kFirstEnd || handle == kSecondEnd) {
+    // A line's end goes where the mouse takes it; the other end stays.
+    QLineF ends = anchor->ends;
+    const QPointF end = (handle == kFirstEnd ? ends.p1() : ends.p2()) + delta;
+    const QPointF snapped(std::max(0.0f, snap(float(end.x()), true)), std::max(0.0f, snap(float(end.y()), false)));
+    if (handle == kFirstEnd)
+      ends.setP1(snapped);
+    else
+      ends.setP2(snapped);
+    setLineEnds(static_cast<Line &>(*anchor->control), ends);
+    repaintDragged();
+    return;
+  }
   // The edges the handle holds move as the held control's snap.
   const auto moved = [&](qreal edge, qreal by, bool horizontal) { return snap(float(edge + by), horizontal) - edge; };
   const qreal left = handleMovesLeft(handle) ? moved(anchor->box.left(), delta.x(), true) : 0;

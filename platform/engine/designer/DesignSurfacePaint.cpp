@@ -182,13 +182,15 @@ void DesignSurface::paintSelection(QPainter &painter, const QRect &dirty) const 
     const QRectF box = layout_.controlRect(*control);
     if (!box.adjusted(-kHandleSize, -kHandleSize, kHandleSize, kHandleSize).intersects(dirty))
       continue;
-    painter.setPen(QPen(highlight, 1));
-    painter.setBrush(Qt::NoBrush);
-    painter.drawRect(box);
+    if (control->kind() != ControlKind::Line) {
+      painter.setPen(QPen(highlight, 1));
+      painter.setBrush(Qt::NoBrush);
+      painter.drawRect(box);
+    }
     painter.setPen(QPen(Qt::white, 1));
     painter.setBrush(highlight);
-    for (int handle = 0; handle < 8; ++handle)
-      painter.drawRect(handleRect(box, handle));
+    for (const auto &handle : handles(*control))
+      painter.drawRect(handle.second);
   }
   painter.restore();
 }

@@ -53,6 +53,10 @@ QRectF SurfaceLayout::toSurface(const Band &band, const QRectF &twips) const {
                 twips.width() * scale_, twips.height() * scale_);
 }
 
+QPointF SurfaceLayout::toSurface(const Band &band, const QPointF &twips) const {
+  return band.body.topLeft() + twips * scale_;
+}
+
 QPointF SurfaceLayout::toSection(const Band &band, const QPointF &pixel) const {
   return QPointF((pixel.x() - band.body.left()) / scale_, (pixel.y() - band.body.top()) / scale_);
 }

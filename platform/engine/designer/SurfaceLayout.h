@@ -42,6 +42,7 @@ public:
   const Band *bandAt(qreal y) const;
   // A rectangle of the band's section in twips, on the surface.
   QRectF toSurface(const Band &band, const QRectF &twips) const;
+  QPointF toSurface(const Band &band, const QPointF &twips) const;
   // A point on the surface, in the band's section's twips.
   QPointF toSection(const Band &band, const QPointF &pixel) const;
   // The control's design box on the surface; empty for a control outside

@@ -200,6 +200,29 @@ TEST_F(DesignSurfaceTest, HandlesResizeByGridSteps) {
   EXPECT_EQ(events_.events, (QStringList{"changed Name 0", "changed Name 1"}));
 }
 
+TEST_F(DesignSurfaceTest, ALinesHandlesAreItsEnds) {
+  auto line = std::static_pointer_cast<Line>(section("Detail")->controls()->add("DDActiveReports2.Line"));
+  setLineEnds(*line, QLineF(1440, 1260, 4320, 1260));
+  document_.noteOutsideChange();
+  const QByteArray before = document_.save();
+  line = std::static_pointer_cast<Line>(control(line->name));
+  const auto end = [&](QPointF twips) { return surface().surfaceLayout().toSurface(band("Detail"), twips).toPoint(); };
+  click(end(QPointF(3000, 1260)));
+  ASSERT_EQ(selected(), QStringList{line->name});
+
+  // The second end goes up and left; the first stays.
+  drag(end(QPointF(4320, 1260)), end(QPointF(4320, 1260)) + QPoint(-40, -22));
+  EXPECT_EQ(lineEnds(*line).p1(), QPointF(1440, 1260));
+  EXPECT_TRUE(onGrid(line->x2, step().x()) && onGrid(line->y2, step().y()));
+  EXPECT_LE(std::abs(line->x2 - (4320 - 40 / scale())), step().x() / 2);
+  EXPECT_LE(std::abs(line->y2 - (1260 - 22 / scale())), step().y() / 2);
+  // Its box follows its ends.
+  EXPECT_EQ(QRectF(line->left, line->top, line->width, line->height), designBox(*line));
+  EXPECT_EQ(events_.events, (QStringList{"changed " + line->name + " 0", "changed " + line->name + " 1"}));
+  document_.undo();
+  EXPECT_EQ(document_.save(), before);
+}
+
 TEST_F(DesignSurfaceTest, TheRubberBandSelectsWhatItTouchesAcrossSections) {
   // From the header's empty top edge down to the name field's top, left of
   // the city field.
@@ -346,6 +369,64 @@ TEST_F(DesignSurfaceTest, KeysMoveSizeSelectAndZoom) {
   EXPECT_EQ(surface().zoom(), 400);
   surface().setZoom(1);
   EXPECT_EQ(surface().zoom(), 25);
+}
+
+TEST_F(DesignSurfaceTest, TheGridDecidesStepsSnappingAndDots) {
+  // A tenth of a centimetre for the keys.
+  surface().setGrid(DesignGrid{10, 10, true, true, 1});
+  EXPECT_NEAR(surface().gridStep().x(), 1440 / 2.54 / 10, 1e-6);
+  click(rectOf("Name").center().toPoint());
+  const float left = control("Name")->left;
+  QTest::keyClick(&surface(), Qt::Key_Right);
+  EXPECT_NEAR(control("Name")->left, left + step().x(), 1e-3);
+
+  // Without alignment a drag goes as far as the mouse.
+  surface().setGrid(DesignGrid{16, 16, true, false, 0});
+  const QRectF box = designBox(*control("City"));
+  drag(rectOf("City").center().toPoint(), rectOf("City").center().toPoint() + QPoint(7, 5));
+  EXPECT_NEAR(control("City")->left, box.left() + 7 / scale(), 1e-3);
+  EXPECT_NEAR(control("City")->top, box.top() + 5 / scale(), 1e-3);
+
+  // The grid's dots show in an empty part of a section, or do not.
+  const QRect empty = QRectF(band("Detail").body).adjusted(420, 80, -20, -10).toAlignedRect();
+  ASSERT_TRUE(empty.isValid());
+  const auto inked = [&] {
+    const QImage image = surface().grab(empty).toImage();
+    int count = 0;
+    for (int y = 0; y < image.height(); ++y)
+      for (int x = 0; x < image.width(); ++x)
+        count += image.pixel(x, y) != qRgb(255, 255, 255) ? 1 : 0;
+    return count;
+  };
+  EXPECT_GT(inked(), 0);
+  surface().setGrid(DesignGrid{16, 16, false, true, 0});
+  EXPECT_EQ(inked(), 0);
+}
+
+TEST_F(DesignSurfaceTest, CtrlAndTheWheelZoom) {
+  const QPoint at = rectOf("Name").center().toPoint();
+  const auto wheel = [&](int delta, Qt::KeyboardModifiers modifiers) {
+    QWheelEvent event(at, surface().mapToGlobal(at), QPoint(), QPoint(0, delta), Qt::NoButton, modifiers,
+                      Qt::NoScrollPhase, false);
+    QApplication::sendEvent(&surface(), &event);
+  };
+  wheel(120, Qt::ControlModifier);
+  EXPECT_GT(surface().zoom(), 100);
+  wheel(-120, Qt::ControlModifier);
+  wheel(-120, Qt::ControlModifier);
+  EXPECT_LT(surface().zoom(), 100);
+  const int zoom = surface().zoom();
+  wheel(120, Qt::NoModifier);
+  EXPECT_EQ(surface().zoom(), zoom);
+}
+
+TEST_F(DesignSurfaceTest, AFailureReachesTheOwnerAsAMessage) {
+  surface().setTool(QStringLiteral("DDActiveReports2.Nothing"));
+  click(QPoint(20, int(band("Detail").body.top()) + 50));
+  ASSERT_EQ(events_.events.size(), 1);
+  EXPECT_TRUE(events_.events.front().startsWith("message 20 ")) << events_.events.front().toStdString();
+  EXPECT_FALSE(document_.canUndo());
+  EXPECT_FALSE(surface().tool());
 }
 
 TEST_F(DesignSurfaceTest, TheToolDrawsANewControlByClickOrDragAndResets) {
