@@ -83,14 +83,18 @@ public:
   // order: each section, then its controls.
   void selectNext(bool forward);
 
-  // ---- editing; each is one step of the history
+  // ---- editing; each is one step of the history. Controls stop at their
+  // section's top and left edges, and a section grows to hold what is moved
+  // or sized below its bottom.
   // Moves the selected controls, within their sections.
   void moveSelection(float dx, float dy);
   // Sizes the selected controls by their right and bottom edges, or the
   // selected sections by their height.
   void resizeSelection(float dWidth, float dHeight);
+  // No lower than the bottom of the section's controls.
   void setSectionHeight(const std::shared_ptr<Section> &section, float height);
-  // False when the owner refused the change.
+  // No narrower than the rightmost control or a grid step. False when the
+  // owner refused the change.
   bool setPrintWidth(float width);
   // A new control of the ProgID in the section, named as the layout names
   // new controls, in the box the two corners span (twips in the section);
@@ -125,6 +129,9 @@ protected:
   void contextMenuEvent(QContextMenuEvent *event) override;
 
 private:
+  // The side of a handle's square, in pixels.
+  static constexpr qreal kHandleSize = 7;
+
   // What lies under a point, in the order the mouse finds it.
   struct Hit {
     enum Kind { Nothing, Handle, SectionEdge, PrintEdge, Control, Title, Body } kind = Nothing;

@@ -14,8 +14,9 @@
 // the history whatever it passed through. Every mouse move places what is
 // dragged from where it was at the press (the origins), never from the
 // last move, so rounding and snapping cannot creep; the one control the
-// mouse holds snaps to the grid and the others follow it by the same
-// distance. PrintWidth asks the owner when it starts; a refusal ends the
+// mouse holds snaps to the grid (for a resize, the edge it holds) and the
+// others follow it by the same distance; a line's end handle moves that
+// end alone. PrintWidth asks the owner when it starts; a refusal ends the
 // drag with nothing changed. RubberBand and Draw change nothing while the
 // mouse moves: they show a rectangle, and act at the release.
 //
@@ -49,7 +50,6 @@ namespace {
 constexpr int kDragDistance = 3;
 // How near an edge the mouse takes hold of it, in pixels.
 constexpr qreal kEdgeGrip = 3;
-constexpr qreal kHandleSize = 7;
 // What a repaint of dragged controls takes beyond their boxes: handles
 // and thick strokes.
 constexpr int kDragMargin = 8;

@@ -30,7 +30,6 @@ const QColor kPrintEdge(0x50, 0x54, 0x5a);
 constexpr qreal kTwipsPerCentimetre = kTwipsPerInch / 2.54;
 // Grid dots closer than this many pixels are thinned out.
 constexpr qreal kMinimumDotSpacing = 5;
-constexpr qreal kHandleSize = 7;
 constexpr int kTitlePaddingX = 6;
 
 QString typeText(SectionType type) {

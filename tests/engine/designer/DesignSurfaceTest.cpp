@@ -545,8 +545,12 @@ QByteArray everyKind() {
   name->borderStyle = 1;
   place(detail, kField, QStringLiteral("City"), {3000, 90, 2000, 270});
   auto line = std::static_pointer_cast<Line>(detail->controls()->add(QStringLiteral("DDActiveReports2.Line")));
-  line->x1 = 0, line->y1 = 450, line->x2 = 9000, line->y2 = 450, line->lineWeight = 15;
-  setDesignBox(*line, designBox(*line));
+  line->lineWeight = 15;
+  setLineEnds(*line, QLineF(0, 450, 9000, 450));
+  // A line of one twip, far thinner than a pixel.
+  auto rule = std::static_pointer_cast<Line>(detail->controls()->add(QStringLiteral("DDActiveReports2.Line")));
+  rule->name = QStringLiteral("Rule");
+  setLineEnds(*rule, QLineF(0, 1650, 9000, 1650));
   auto shape = place(detail, QStringLiteral("DDActiveReports2.Shape"), QStringLiteral("Badge"), {6000, 600, 1200, 900});
   static_cast<Shape &>(*shape).shape = 1;
   shape->backStyle = 1;
@@ -591,6 +595,8 @@ TEST_F(DesignSurfaceTest, AScreenshotShowsEveryKindAsItPrints) {
   EXPECT_LT(darkest(surfaceShot, pixels("Title")), 80);
   EXPECT_LT(darkest(surfaceShot, pixels("Shown")), 80);
   EXPECT_GT(darkest(surfaceShot, pixels("Gone").adjusted(1, 1, -1, -1)), darkest(surfaceShot, pixels("Shown")) + 60);
+  // The thinnest line shows as a pixel's line.
+  EXPECT_LT(darkest(surfaceShot, pixels("Rule").adjusted(0, -1, 0, 1)), 100);
   // The ellipse's fill and the picture's pixels at their centres.
   EXPECT_EQ(QColor(surfaceShot.pixel(pixels("Badge").center())), QColor(200, 30, 30));
   EXPECT_EQ(QColor(surfaceShot.pixel(pixels("Logo").center())), QColor(30, 60, 200));
