@@ -508,7 +508,9 @@ void DesignSurface::draw(const Drag &done) {
   const QPointF to = done.kind == Drag::Pending
                          ? from + QPointF(defaultSize(progId).width(), defaultSize(progId).height())
                          : snapped(layout_.toSection(*band, done.at));
-  addControl(band->section, progId, from, to);
+  // A copy: the layout's bands are made anew when the control is added.
+  const std::shared_ptr<Section> section = band->section;
+  addControl(section, progId, from, to);
 }
 
 } // namespace kordel::engine
