@@ -206,9 +206,12 @@ Page SectionRenderer::renderDesign(const Control &control) {
   case ControlKind::Label:
     drawControl(piece, control, top, height, wrapped(static_cast<const Label &>(control).caption));
     break;
-  case ControlKind::Field:
-    drawControl(piece, control, top, height, wrapped(static_cast<const Field &>(control).text));
+  case ControlKind::Field: {
+    // A field without a text of its own shows what it is bound to.
+    const auto &field = static_cast<const Field &>(control);
+    drawControl(piece, control, top, height, wrapped(field.text.isEmpty() ? field.dataField : field.text));
     break;
+  }
   case ControlKind::SubReport: {
     // Drawn as a label would be, framed whatever its border.
     const Box box{round(control.left), top, round(control.width), height};

@@ -9,6 +9,8 @@
 #include "engine/model/Controls.h"
 #include "engine/model/LayoutReport.h"
 #include "engine/model/Section.h"
+#include "engine/render/PageDocument.h"
+#include "engine/run/SectionRenderer.h"
 
 #include <QAction>
 #include <QDockWidget>
@@ -90,6 +92,24 @@ TEST_F(DesignerWindowTest, CommandsAndTheExplorerFollowTheSelection) {
   window->action(DesignAction::DeleteSection)->trigger();
   EXPECT_FALSE(designer->document().report()->sections()->find("PageHeader"));
   EXPECT_TRUE(window->action(DesignAction::Undo)->isEnabled());
+}
+
+TEST(DesignRendering, AFieldShowsItsTextElseWhatItIsBoundTo) {
+  PageDocument document;
+  SectionRenderer renderer(document, {});
+  const auto shown = [&](const Field &field) {
+    QStringList texts;
+    const Page page = renderer.renderDesign(field);
+    for (const PageItem &item : page.items())
+      if (const auto *run = std::get_if<TextRun>(&item))
+        texts << page.text(*run);
+    return texts.join(u' ');
+  };
+  Field field;
+  field.dataField = QStringLiteral("city");
+  EXPECT_EQ(shown(field), QStringLiteral("city"));
+  field.text = QStringLiteral("<City>");
+  EXPECT_EQ(shown(field), QStringLiteral("<City>"));
 }
 
 TEST_F(DesignerWindowTest, TheWindowShowsTheLayout) {
