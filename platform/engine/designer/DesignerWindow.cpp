@@ -5,6 +5,7 @@
 #include "engine/designer/DesignerControl.h"
 #include "engine/designer/DesignerMessages.h"
 #include "engine/designer/FormatBar.h"
+#include "engine/designer/LayoutIcons.h"
 #include "engine/designer/PropertyList.h"
 #include "engine/designer/ScriptEditor.h"
 #include "engine/model/Controls.h"
@@ -136,20 +137,20 @@ void DesignerWindow::buildActions() {
   addAction(GroupHeaderFooter, tr("Group header and footer"));
   addAction(ReorderGroups, tr("Reorder groups..."));
   addAction(DesignAction::ScriptEditor, tr("Script..."), QKeySequence(Qt::Key_F7));
-  addAction(AlignLeft, tr("Align lefts"));
-  addAction(AlignCenter, tr("Align centres"));
-  addAction(AlignRight, tr("Align rights"));
-  addAction(AlignTop, tr("Align tops"));
-  addAction(AlignMiddle, tr("Align middles"));
-  addAction(AlignBottom, tr("Align bottoms"));
-  addAction(AlignToGrid, tr("Align to grid"));
-  addAction(CenterInSection, tr("Centre in section"));
-  addAction(SameWidth, tr("Same width"));
-  addAction(SameHeight, tr("Same height"));
-  addAction(SameSize, tr("Same size"));
-  addAction(SpaceHorizontally, tr("Space evenly across"));
-  addAction(SpaceVertically, tr("Space evenly down"));
-  addAction(Border, tr("Border"));
+  addAction(AlignLeft, tr("Align lefts"), {}, layoutActionIcon(AlignLeft));
+  addAction(AlignCenter, tr("Align centres"), {}, layoutActionIcon(AlignCenter));
+  addAction(AlignRight, tr("Align rights"), {}, layoutActionIcon(AlignRight));
+  addAction(AlignTop, tr("Align tops"), {}, layoutActionIcon(AlignTop));
+  addAction(AlignMiddle, tr("Align middles"), {}, layoutActionIcon(AlignMiddle));
+  addAction(AlignBottom, tr("Align bottoms"), {}, layoutActionIcon(AlignBottom));
+  addAction(AlignToGrid, tr("Align to grid"), {}, layoutActionIcon(AlignToGrid));
+  addAction(CenterInSection, tr("Centre in section"), {}, layoutActionIcon(CenterInSection));
+  addAction(SameWidth, tr("Same width"), {}, layoutActionIcon(SameWidth));
+  addAction(SameHeight, tr("Same height"), {}, layoutActionIcon(SameHeight));
+  addAction(SameSize, tr("Same size"), {}, layoutActionIcon(SameSize));
+  addAction(SpaceHorizontally, tr("Space evenly across"), {}, layoutActionIcon(SpaceHorizontally));
+  addAction(SpaceVertically, tr("Space evenly down"), {}, layoutActionIcon(SpaceVertically));
+  addAction(Border, tr("Border"), {}, layoutActionIcon(Border));
 }
 
 void DesignerWindow::run(int number) {
@@ -205,6 +206,7 @@ void DesignerWindow::buildBars() {
   using namespace DesignAction;
   auto *standard = new QToolBar(tr("Standard"));
   standard->setObjectName(QStringLiteral("ddTBStandard"));
+  standard->setToolButtonStyle(Qt::ToolButtonIconOnly);
   for (int number : {Cut, Copy, Paste, Delete})
     standard->addAction(actions_[number]);
   standard->addSeparator();
@@ -237,6 +239,7 @@ void DesignerWindow::buildBars() {
 
   auto *alignment = new QToolBar(tr("Alignment"));
   alignment->setObjectName(QStringLiteral("ddTBAlignment"));
+  alignment->setToolButtonStyle(Qt::ToolButtonIconOnly);
   for (int number : {AlignLeft, AlignCenter, AlignRight, AlignTop, AlignMiddle, AlignBottom, AlignToGrid,
                      CenterInSection, SameWidth, SameHeight, SameSize, SpaceHorizontally, SpaceVertically, Border})
     alignment->addAction(actions_[number]);
