@@ -71,11 +71,13 @@ PropertyList::PropertyList(DesignerDocument &document, QWidget *parent)
     updateRows(true);
   });
   connect(&document_, &DesignerDocument::layoutChanged, this, [this] { updateRows(false); });
-  connect(qApp, &QApplication::focusChanged, this, [this](QWidget *, QWidget *now) { followFocus(now); });
+  focusWatch_ = connect(qApp, &QApplication::focusChanged, this, [this](QWidget *, QWidget *now) { followFocus(now); });
   updateRows(true);
 }
 
-PropertyList::~PropertyList() = default;
+// The focus moves while the widget part of this object goes away, when no
+// member of the list may run any more: the watch ends first.
+PropertyList::~PropertyList() { disconnect(focusWatch_); }
 
 void PropertyList::setRulerUnits(int units) {
   rulerUnits_ = units == RulerUnits::Centimetres ? RulerUnits::Centimetres : RulerUnits::Inches;

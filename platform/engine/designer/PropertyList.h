@@ -81,6 +81,7 @@ private:
 
   DesignerDocument &document_;
   PropertyApplier applier_;
+  QMetaObject::Connection focusWatch_;
   DesignDialogs dialogs_ = DesignDialogs::standard();
   int rulerUnits_ = 0;
   std::vector<Row> rows_;
