@@ -6,7 +6,8 @@ namespace kordel::hostapi {
 // and reached late-bound under the member names layouts use: Sections,
 // Fields, Printer, PageSettings, ScriptLanguage, Script, PrintWidth,
 // Detail, documentName, Caption, Pages, AddNamedItem, LoadLayout,
-// SaveLayout, Run, and EventSink: the object that answers the run's events
+// SaveLayout, Run, RefreshLayout (tells a designer showing the layout
+// that sections or controls were added or removed), and EventSink: the object that answers the run's events
 // by name, held weakly, so its owner keeps it alive. For printing and the
 // preview: PrintReport(prompt), Show(modal), Close, WindowState (0 normal,
 // 1 minimised, 2 maximised) and Left, Top, Width, Height (the preview
@@ -26,6 +27,10 @@ inline constexpr const char *kSubReportProgId = "DDActiveReports2.SubReport";
 inline constexpr const char *kLineProgId = "DDActiveReports2.Line";
 inline constexpr const char *kShapeProgId = "DDActiveReports2.Shape";
 inline constexpr const char *kPictureProgId = "DDActiveReports2.Picture";
+// Measures text in twips as pages show it: Font (write; a control's Font
+// or a family name) and MeasureText(text, width, height), which writes
+// the width and height into its second and third arguments.
+inline constexpr const char *kTextCanvasProgId = "DDActiveReports2.TextCanvas";
 
 // The band designer: Report, NewReport, IsDirty, GridX, GridY, ShowGrid,
 // AlignToGrid, RulerUnits, ToolbarsVisible, ToolbarsAccessible,

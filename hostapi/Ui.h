@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QColor>
 #include <QFont>
 #include <QString>
 
@@ -67,6 +68,8 @@ public:
   virtual QString saveFile(const FileDialogRequest &request) = 0;
   // The font dialog; the chosen font. A cancel raises 32755.
   virtual QFont chooseFont(const QFont &initial, const QString &title) = 0;
+  // The colour dialog; the chosen colour, nothing when the user cancels.
+  virtual std::optional<QColor> chooseColor(const QColor &initial, const QString &title) = 0;
   // Shows a window modally and returns when it has been closed.
   virtual void showModal(QWidget &window) = 0;
   // The wait cursor on or off.

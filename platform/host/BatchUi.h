@@ -8,7 +8,8 @@ namespace kordel::host {
 
 // The command line's Ui, without windows. A message box writes
 // "title: text" to its stream and answers with the box's default button;
-// an input box is cancelled; file and font dialogs raise 32755; showing a
+// an input box and the colour dialog are cancelled; file and font dialogs
+// raise 32755; showing a
 // window modally raises 5; the wait cursor does nothing.
 class BatchUi : public hostapi::Ui {
 public:
@@ -19,6 +20,7 @@ public:
   QString openFile(const hostapi::FileDialogRequest &request) override;
   QString saveFile(const hostapi::FileDialogRequest &request) override;
   QFont chooseFont(const QFont &initial, const QString &title) override;
+  std::optional<QColor> chooseColor(const QColor &, const QString &) override { return std::nullopt; }
   void showModal(QWidget &window) override;
   void setWaitCursor(bool) override {}
 

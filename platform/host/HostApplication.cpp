@@ -1,6 +1,8 @@
 #include "host/HostApplication.h"
 
+#include "host/EngineTranslator.h"
 #include "host/FileLog.h"
+#include "host/HostDialogObject.h"
 #include "host/HostToolsObject.h"
 #include "host/IniTranslator.h"
 #include "host/PrinterList.h"
@@ -16,6 +18,7 @@
 #include "engine/designer/DesignerControl.h"
 #include "engine/model/LayoutReport.h"
 #include "engine/preview/Presenters.h"
+#include "engine/render/TextCanvas.h"
 #include "nuvo/ExplorerList.h"
 #include "nuvo/ProgIds.h"
 
@@ -23,6 +26,7 @@
 #include "hostapi/Classes.h"
 #include "hostapi/Database.h"
 #include "hostapi/Explorer.h"
+#include "hostapi/HostDialog.h"
 #include "hostapi/Layout.h"
 #include "hostapi/Printers.h"
 #include "hostapi/Ui.h"
@@ -57,8 +61,11 @@ HostApplication::HostApplication(std::shared_ptr<SettingsStore> settings, std::s
   registerProgId(QString::fromLatin1(hostapi::kRegistryProgId),
                  [store = settings_] { return std::make_shared<RegistryKeyObject>(store); });
   registerProgId(QString::fromLatin1(hostapi::kHostToolsProgId), [] { return std::make_shared<HostToolsObject>(); });
+  registerProgId(QString::fromLatin1(hostapi::kHostDialogProgId),
+                 [this] { return std::make_shared<HostDialogObject>(language_); });
   registerProgId(QString::fromLatin1(hostapi::kPrintersProgId), [] { return PrinterList::fromSystem(); });
   registerProgId(QString::fromLatin1(hostapi::kLayoutReportProgId), [] { return engine::LayoutReport::create(); });
+  registerProgId(QString::fromLatin1(hostapi::kTextCanvasProgId), [] { return std::make_shared<engine::TextCanvas>(); });
   registerProgId(QString::fromLatin1(hostapi::kDesignerProgId), [] { return engine::DesignerControl::create(); });
   registerProgId(QString::fromLatin1(hostapi::kLayoutPrinterProgId),
                  [] { return std::make_shared<engine::LayoutPrinter>(); });
@@ -80,6 +87,7 @@ HostApplication::HostApplication(std::shared_ptr<SettingsStore> settings, std::s
       [this] { return database_; });
   presentEngineWindowsThroughUi();
   configureEngineRuns();
+  engineTranslator_ = EngineTranslator::install(language_);
 }
 
 HostApplication::~HostApplication() = default;

@@ -14,23 +14,26 @@ class ExplorerList;
 
 namespace kordel::host {
 
+class EngineTranslator;
 class FileLog;
 class SettingsStore;
 
 // The host application object that the add-in and automation scripts see.
 // It makes host objects by ProgID: "Skarnholt.Translator", "Orvex.Registry"
-// (over the settings store), "Orvex.HostTools", "Orvex.Printers" and
-// "Scripting.Dictionary", those of the data engine ("Nuvo.Pool" ...) and
-// of the layout engine (the report object, its printer and exporters);
-// later parts add theirs with registerProgId. It has the layout engine
-// show its preview and messages through the installed Ui. Late-bound:
+// (over the settings store), "Orvex.HostTools", "Orvex.Dialog" (the field
+// dialog), "Orvex.Printers" and "Scripting.Dictionary", those of the data
+// engine ("Nuvo.Pool" ...) and of the layout engine (the report object,
+// its printer and exporters); later parts add theirs with registerProgId.
+// It has the layout engine show its preview and messages through the
+// installed Ui. Late-bound:
 // MousePointer, Language, Version, CreateObject, ApplicationLog, Database,
 // Classes, Explorers, ActiveExplorer, ActiveUser, RegisterReportFactory.
 class HostApplication : public hostapi::Application {
 public:
   using Factory = std::function<ObjectRef()>;
 
-  // An empty language takes defaultLanguage().
+  // An empty language takes defaultLanguage(), which the layout engine's
+  // texts follow too (EngineTranslator).
   // Also tells the layout engine how its runs make objects for layout
   // scripts, what their scripts may spend (the settings ScriptSeconds and
   // ScriptMegabytes under ...\Orvex\LayoutEngine) and where problems of a
@@ -92,6 +95,7 @@ private:
   int mousePointer_ = hostapi::MousePointer::Default;
   QHash<QString, Factory> factories_; // folded ProgID -> factory
   std::shared_ptr<void> alive_ = std::make_shared<int>(); // for the engine's factory, which outlives no host
+  std::unique_ptr<EngineTranslator> engineTranslator_;
 };
 
 } // namespace kordel::host

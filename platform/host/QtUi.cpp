@@ -6,6 +6,7 @@
 #include "core/Error.h"
 
 #include <QApplication>
+#include <QColorDialog>
 #include <QFileDialog>
 #include <QFontDialog>
 #include <QInputDialog>
@@ -124,6 +125,11 @@ QFont QtUi::chooseFont(const QFont &initial, const QString &title) {
   if (!chosen)
     raiseCancelled(QStringLiteral("FontDialog"));
   return font;
+}
+
+std::optional<QColor> QtUi::chooseColor(const QColor &initial, const QString &title) {
+  const QColor color = QColorDialog::getColor(initial, QApplication::activeWindow(), title);
+  return color.isValid() ? std::optional<QColor>(color) : std::nullopt;
 }
 
 void QtUi::showModal(QWidget &window) {

@@ -14,6 +14,7 @@ public:
   QString openFile(const hostapi::FileDialogRequest &request) override;
   QString saveFile(const hostapi::FileDialogRequest &request) override;
   QFont chooseFont(const QFont &initial, const QString &title) override;
+  std::optional<QColor> chooseColor(const QColor &initial, const QString &title) override;
   // A QDialog runs its own exec(); any other window is shown application
   // modal and an event loop runs until it is hidden, closed or deleted.
   void showModal(QWidget &window) override;

@@ -15,8 +15,11 @@ const QMap<QString, QStringList> kMayInclude{
     {QStringLiteral("common"), {QStringLiteral("common")}},
     {QStringLiteral("document"), {QStringLiteral("common"), QStringLiteral("document")}},
     {QStringLiteral("data"), {QStringLiteral("common"), QStringLiteral("document"), QStringLiteral("data")}},
+    {QStringLiteral("dialogs"),
+     {QStringLiteral("common"), QStringLiteral("document"), QStringLiteral("data"), QStringLiteral("dialogs")}},
     {QStringLiteral("design"),
-     {QStringLiteral("common"), QStringLiteral("document"), QStringLiteral("data"), QStringLiteral("design")}},
+     {QStringLiteral("common"), QStringLiteral("document"), QStringLiteral("data"), QStringLiteral("dialogs"),
+      QStringLiteral("design")}},
     {QStringLiteral("runtime"),
      {QStringLiteral("common"), QStringLiteral("document"), QStringLiteral("data"), QStringLiteral("runtime")}},
 };

@@ -41,7 +41,22 @@ QString ScriptedUi::openFile(const hostapi::FileDialogRequest &request) { return
 
 QString ScriptedUi::saveFile(const hostapi::FileDialogRequest &request) { return answerFileDialog(request); }
 
-QFont ScriptedUi::chooseFont(const QFont &, const QString &) { raiseError(ErrorNumber::DialogCancelled); }
+QFont ScriptedUi::chooseFont(const QFont &, const QString &) {
+  if (fontAnswers.empty())
+    raiseError(ErrorNumber::DialogCancelled);
+  const QFont answer = fontAnswers.front();
+  fontAnswers.pop_front();
+  return answer;
+}
+
+std::optional<QColor> ScriptedUi::chooseColor(const QColor &initial, const QString &) {
+  colorsOffered.push_back(initial);
+  if (colorAnswers.empty())
+    return std::nullopt;
+  const QColor answer = colorAnswers.front();
+  colorAnswers.pop_front();
+  return answer.isValid() ? std::optional<QColor>(answer) : std::nullopt;
+}
 
 void ScriptedUi::showModal(QWidget &window) {
   if (!modalHandler)

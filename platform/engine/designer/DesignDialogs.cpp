@@ -1,39 +1,51 @@
 #include "engine/designer/DesignDialogs.h"
 
-#include <QColorDialog>
-#include <QFileDialog>
-#include <QFontDialog>
+#include "engine/designer/DesignerText.h"
+
+#include "hostapi/Ui.h"
+
+#include "core/Error.h"
+
 #include <QImageReader>
 
 namespace kordel::engine {
 
 namespace {
 
+// Runs a dialog that raises 32755 when cancelled; nothing for a cancel.
+template <class Ask> auto unlessCancelled(Ask ask) -> std::optional<decltype(ask())> {
+  try {
+    return ask();
+  } catch (const Error &error) {
+    if (error.number() == ErrorNumber::DialogCancelled)
+      return std::nullopt;
+    throw;
+  }
+}
+
 QString pictureFilter() {
   QStringList patterns;
   for (const QByteArray &format : QImageReader::supportedImageFormats())
     patterns << QStringLiteral("*.") + QString::fromLatin1(format);
-  return QObject::tr("Pictures (%1);;All files (*)").arg(patterns.join(u' '));
+  return designerText("Pictures") + u'|' + patterns.join(u';') + u'|' + designerText("All files") +
+         QStringLiteral("|*.*");
 }
 
 } // namespace
 
-DesignDialogs DesignDialogs::standard() {
-  DesignDialogs dialogs;
-  dialogs.chooseColor = [](const QColor &initial, QWidget *parent) -> std::optional<QColor> {
-    const QColor color = QColorDialog::getColor(initial, parent);
-    return color.isValid() ? std::optional<QColor>(color) : std::nullopt;
-  };
-  dialogs.chooseFont = [](const QFont &initial, QWidget *parent) -> std::optional<QFont> {
-    bool chosen = false;
-    const QFont font = QFontDialog::getFont(&chosen, initial, parent);
-    return chosen ? std::optional<QFont>(font) : std::nullopt;
-  };
-  dialogs.choosePictureFile = [](QWidget *parent) -> std::optional<QString> {
-    const QString path = QFileDialog::getOpenFileName(parent, QObject::tr("Picture"), QString(), pictureFilter());
-    return path.isEmpty() ? std::nullopt : std::optional<QString>(path);
-  };
-  return dialogs;
+std::optional<QColor> askColor(const QColor &initial, const QString &title) {
+  return hostapi::ui().chooseColor(initial, title);
+}
+
+std::optional<QFont> askFont(const QFont &initial, const QString &title) {
+  return unlessCancelled([&] { return hostapi::ui().chooseFont(initial, title); });
+}
+
+std::optional<QString> askPictureFile() {
+  hostapi::FileDialogRequest request;
+  request.title = designerText("Choose a picture");
+  request.filter = pictureFilter();
+  return unlessCancelled([&] { return hostapi::ui().openFile(request); });
 }
 
 } // namespace kordel::engine

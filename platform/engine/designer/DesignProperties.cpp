@@ -1,5 +1,7 @@
 #include "engine/designer/DesignProperties.h"
 
+#include "engine/designer/DesignerText.h"
+
 #include "engine/model/Controls.h"
 #include "engine/model/LayoutReport.h"
 #include "engine/model/Section.h"
@@ -20,12 +22,12 @@ namespace K = DesignKind;
 constexpr double kMaxLength = 200 * 1440;
 constexpr double kMaxLineWeight = 100 * 20; // 100 points
 
-const QString kDesign = QStringLiteral("Design");
-const QString kData = QStringLiteral("Data");
-const QString kAppearance = QStringLiteral("Appearance");
-const QString kLayout = QStringLiteral("Layout");
-const QString kPage = QStringLiteral("Page");
-const QString kBehavior = QStringLiteral("Behavior");
+const QString kDesign = QStringLiteral(QT_TRANSLATE_NOOP("Designer", "Design"));
+const QString kData = QStringLiteral(QT_TRANSLATE_NOOP("Designer", "Data"));
+const QString kAppearance = QStringLiteral(QT_TRANSLATE_NOOP("Designer", "Appearance"));
+const QString kLayout = QStringLiteral(QT_TRANSLATE_NOOP("Designer", "Layout"));
+const QString kPage = QStringLiteral(QT_TRANSLATE_NOOP("Designer", "Page"));
+const QString kBehavior = QStringLiteral(QT_TRANSLATE_NOOP("Designer", "Behavior"));
 
 // A property reached late-bound by a path of member names
 // ("PageSettings.LeftMargin").
@@ -91,12 +93,12 @@ QString checkName(Object &object, const Variant &value, LayoutReport &report) {
   static const QRegularExpression identifier(QStringLiteral("^[A-Za-z][A-Za-z0-9_]*$"));
   const QString name = value.toString();
   if (name.isEmpty())
-    return QStringLiteral("A name cannot be empty");
+    return designerText("A name cannot be empty");
   if (!identifier.match(name).hasMatch())
-    return QStringLiteral("\"%1\" is no name: a name begins with a letter and holds only letters, digits and _")
+    return designerText("\"%1\" is no name: a name begins with a letter and holds only letters, digits and _")
         .arg(name);
   if (nameTaken(report, object, name))
-    return QStringLiteral("The name \"%1\" is taken: names are unique in the layout").arg(name);
+    return designerText("The name \"%1\" is taken: names are unique in the layout").arg(name);
   return QString();
 }
 
@@ -140,12 +142,13 @@ constexpr Paper kPapers[] = {
 // PaperSize: 0 for a size no named paper has, else the paper's place in
 // kPapers plus 1. Width and height may lie either way.
 DesignProperty paperSize() {
-  std::vector<PropertyChoice> choices{{Variant(0), QStringLiteral("Custom")}};
+  std::vector<PropertyChoice> choices{{Variant(0), QStringLiteral(QT_TRANSLATE_NOOP("Designer", "Custom"))}};
   int value = 1;
   for (const Paper &paper : kPapers)
     choices.push_back({Variant(value++), QString::fromLatin1(paper.name)});
   DesignProperty property =
-      choice("PaperSize", kPage, K::Report, "The paper the report is laid out on; Custom for any other size.",
+      choice("PaperSize", kPage, K::Report,
+             QT_TRANSLATE_NOOP("Designer", "The paper the report is laid out on; Custom for any other size."),
              std::move(choices));
   property.read = [](Object &object) {
     const auto &settings = *static_cast<LayoutReport &>(object).pageSettings();
@@ -171,7 +174,7 @@ DesignProperty paperSize() {
 
 DesignProperty font() {
   DesignProperty property = lateBound("Font", kAppearance, PropertyType::Font, K::TextControls,
-                                      "The font of the text: name, size and style.");
+                                      QT_TRANSLATE_NOOP("Designer", "The font of the text: name, size and style."));
   // A copy, so that the value read stays what it was when the control's
   // font changes.
   property.read = [](Object &object) {
@@ -181,8 +184,8 @@ DesignProperty font() {
 }
 
 DesignProperty picture() {
-  DesignProperty property =
-      lateBound("Picture", kAppearance, PropertyType::Picture, K::Picture, "The image, read from a picture file.");
+  DesignProperty property = lateBound("Picture", kAppearance, PropertyType::Picture, K::Picture,
+                                      QT_TRANSLATE_NOOP("Designer", "The image, read from a picture file."));
   property.read = [](Object &object) {
     return Variant(ObjectRef(std::make_shared<ImageValue>(static_cast<Picture &>(object).image)));
   };
@@ -202,35 +205,46 @@ std::vector<DesignProperty> makeTable() {
   std::vector<DesignProperty> table;
 
   // Design
-  DesignProperty name = lateBound("Name", kDesign, T::Text, K::AnySection | K::AnyControl,
-                                  "The name the layout and its scripts know it by; unique in the layout.");
+  DesignProperty name =
+      lateBound("Name", kDesign, T::Text, K::AnySection | K::AnyControl,
+                QT_TRANSLATE_NOOP("Designer", "The name the layout and its scripts know it by; unique in the layout."));
   name.singleObject = true;
   name.check = checkName;
   name.write = writeName;
   table.push_back(std::move(name));
-  DesignProperty type = choice("Type", kDesign, K::AnySection, "The kind of section, fixed when the section is made.",
-                               numbered({"Report Header", "Report Footer", "Page Header", "Page Footer", "Group Header",
-                                         "Group Footer", "Detail"}));
+  DesignProperty type =
+      choice("Type", kDesign, K::AnySection,
+             QT_TRANSLATE_NOOP("Designer", "The kind of section, fixed when the section is made."),
+             numbered({QT_TRANSLATE_NOOP("Designer", "Report Header"), QT_TRANSLATE_NOOP("Designer", "Report Footer"),
+                       QT_TRANSLATE_NOOP("Designer", "Page Header"), QT_TRANSLATE_NOOP("Designer", "Page Footer"),
+                       QT_TRANSLATE_NOOP("Designer", "Group Header"), QT_TRANSLATE_NOOP("Designer", "Group Footer"),
+                       QT_TRANSLATE_NOOP("Designer", "Detail")}));
   type.readOnly = true;
   table.push_back(std::move(type));
-  table.push_back(lateBound("Tag", kDesign, T::Text, K::AnyControl, "Free text for the report's own use."));
-  table.push_back(
-      choice("ScriptLanguage", kDesign, K::Report, "The language of the report's scripts.",
-             {{Variant("VBScript"), QStringLiteral("VBScript")}, {Variant("JScript"), QStringLiteral("JScript")}}));
-  table.push_back(
-      lateBound("DocumentName", kDesign, T::Text, K::Report, "The name the print queue shows for the printed report."));
-  table.push_back(lateBound("Caption", kDesign, T::Text, K::Report, "The title of the report's preview window."));
+  table.push_back(lateBound("Tag", kDesign, T::Text, K::AnyControl,
+                            QT_TRANSLATE_NOOP("Designer", "Free text for the report's own use.")));
+  table.push_back(choice(
+      "ScriptLanguage", kDesign, K::Report, QT_TRANSLATE_NOOP("Designer", "The language of the report's scripts."),
+      {{Variant("VBScript"), QStringLiteral("VBScript")}, {Variant("JScript"), QStringLiteral("JScript")}}));
+  table.push_back(lateBound("DocumentName", kDesign, T::Text, K::Report,
+                            QT_TRANSLATE_NOOP("Designer", "The name the print queue shows for the printed report.")));
+  table.push_back(lateBound("Caption", kDesign, T::Text, K::Report,
+                            QT_TRANSLATE_NOOP("Designer", "The title of the report's preview window.")));
 
   // Data
-  table.push_back(lateBound("Caption", kData, T::MultiLineText, K::Label, "The text the label shows."));
-  table.push_back(lateBound("DataField", kData, T::Text, K::Field | K::GroupHeader,
-                            "A field: the unbound field it shows, or =expression. A group header: the field or "
-                            "=expression whose change starts a new group."));
-  table.push_back(lateBound("Text", kData, T::MultiLineText, K::Field,
-                            "What the field shows when no data field gives it a value."));
-  DesignProperty format =
-      lateBound("OutputFormat", kData, T::OutputFormat, K::Field,
-                "How the value is written: #,##0.00, 0%, dd.mm.yyyy, Currency, Short Date ... Empty: as it is.");
+  table.push_back(lateBound("Caption", kData, T::MultiLineText, K::Label,
+                            QT_TRANSLATE_NOOP("Designer", "The text the label shows.")));
+  table.push_back(lateBound(
+      "DataField", kData, T::Text, K::Field | K::GroupHeader,
+      QT_TRANSLATE_NOOP("Designer", "A field: the unbound field it shows, or =expression. A group header: the field or "
+                                    "=expression whose change starts a new group.")));
+  table.push_back(
+      lateBound("Text", kData, T::MultiLineText, K::Field,
+                QT_TRANSLATE_NOOP("Designer", "What the field shows when no data field gives it a value.")));
+  DesignProperty format = lateBound(
+      "OutputFormat", kData, T::OutputFormat, K::Field,
+      QT_TRANSLATE_NOOP(
+          "Designer", "How the value is written: #,##0.00, 0%, dd.mm.yyyy, Currency, Short Date ... Empty: as it is."));
   format.suggestions = [](const LayoutReport &) {
     return QStringList{QStringLiteral("#,##0.00"),   QStringLiteral("#,##0"),     QStringLiteral("0.00"),
                        QStringLiteral("0%"),         QStringLiteral("0.0%"),      QStringLiteral("dd.mm.yyyy"),
@@ -239,89 +253,135 @@ std::vector<DesignProperty> makeTable() {
                        QStringLiteral("Short Date"), QStringLiteral("Long Date"), QStringLiteral("Yes/No")};
   };
   table.push_back(std::move(format));
-  table.push_back(choice("CountKind", kData, K::Field,
-                         "A summary of the data field over its group or the report, or the pages.",
-                         numbered({"None", "Sum", "Count", "Average", "Pages"})));
-  table.push_back(choice("RunningKind", kData, K::Field,
-                         "All: a summary runs on over the whole report instead of starting again with its group; "
-                         "for pages, the page number instead of the page count.",
-                         numbered({"None", "Group", "All"})));
-  table.push_back(choice("FieldMode", kData, K::Field,
-                         "When an =expression is worked out: as the field is formatted, or as its row is fetched.",
-                         numbered({"When formatted", "When fetched"})));
-  DesignProperty group = lateBound("SummaryGroup", kData, T::Text, K::Field,
-                                   "The group header whose group a summary covers; empty: the whole report.");
+  table.push_back(
+      choice("CountKind", kData, K::Field,
+             QT_TRANSLATE_NOOP("Designer", "A summary of the data field over its group or the report, or the pages."),
+             numbered({QT_TRANSLATE_NOOP("Designer", "None"), QT_TRANSLATE_NOOP("Designer", "Sum"),
+                       QT_TRANSLATE_NOOP("Designer", "Count"), QT_TRANSLATE_NOOP("Designer", "Average"),
+                       QT_TRANSLATE_NOOP("Designer", "Pages")})));
+  table.push_back(
+      choice("RunningKind", kData, K::Field,
+             QT_TRANSLATE_NOOP("Designer",
+                               "All: a summary runs on over the whole report instead of starting again with its group; "
+                               "for pages, the page number instead of the page count."),
+             numbered({QT_TRANSLATE_NOOP("Designer", "None"), QT_TRANSLATE_NOOP("Designer", "Group"),
+                       QT_TRANSLATE_NOOP("Designer", "All")})));
+  table.push_back(choice(
+      "FieldMode", kData, K::Field,
+      QT_TRANSLATE_NOOP("Designer",
+                        "When an =expression is worked out: as the field is formatted, or as its row is fetched."),
+      numbered({QT_TRANSLATE_NOOP("Designer", "When formatted"), QT_TRANSLATE_NOOP("Designer", "When fetched")})));
+  DesignProperty group = lateBound(
+      "SummaryGroup", kData, T::Text, K::Field,
+      QT_TRANSLATE_NOOP("Designer", "The group header whose group a summary covers; empty: the whole report."));
   group.suggestions = groupNames;
   table.push_back(std::move(group));
-  table.push_back(lateBound("ReportName", kData, T::Text, K::SubReport, "The report the sub report runs."));
+  table.push_back(lateBound("ReportName", kData, T::Text, K::SubReport,
+                            QT_TRANSLATE_NOOP("Designer", "The report the sub report runs.")));
 
   // Appearance
   table.push_back(font());
-  table.push_back(lateBound("ForeColor", kAppearance, T::Color, K::TextControls, "The colour of the text."));
-  table.push_back(choice("BackStyle", kAppearance, kFilled, "Filled: the back colour is painted; else see-through.",
-                         numbered({"Transparent", "Filled"})));
-  table.push_back(lateBound("BackColor", kAppearance, T::Color, kFilled, "The colour painted behind, when filled."));
-  table.push_back(choice("Alignment", kAppearance, K::TextControls, "Where the text lies in its box.",
-                         numbered({"Left", "Right", "Center"})));
-  table.push_back(choice("BorderStyle", kAppearance, K::TextControls, "A line around the box, or none.",
-                         numbered({"None", "Solid"})));
-  table.push_back(lateBound("BorderColor", kAppearance, T::Color, K::TextControls, "The colour of the border."));
-  DesignProperty weight = lateBound("LineWeight", kAppearance, T::Points, K::Line | K::Shape,
-                                    "The thickness of the line, in points; 0 the thinnest the device draws.");
+  table.push_back(lateBound("ForeColor", kAppearance, T::Color, K::TextControls,
+                            QT_TRANSLATE_NOOP("Designer", "The colour of the text.")));
+  table.push_back(
+      choice("BackStyle", kAppearance, kFilled,
+             QT_TRANSLATE_NOOP("Designer", "Filled: the back colour is painted; else see-through."),
+             numbered({QT_TRANSLATE_NOOP("Designer", "Transparent"), QT_TRANSLATE_NOOP("Designer", "Filled")})));
+  table.push_back(lateBound("BackColor", kAppearance, T::Color, kFilled,
+                            QT_TRANSLATE_NOOP("Designer", "The colour painted behind, when filled.")));
+  table.push_back(choice("Alignment", kAppearance, K::TextControls,
+                         QT_TRANSLATE_NOOP("Designer", "Where the text lies in its box."),
+                         numbered({QT_TRANSLATE_NOOP("Designer", "Left"), QT_TRANSLATE_NOOP("Designer", "Right"),
+                                   QT_TRANSLATE_NOOP("Designer", "Center")})));
+  table.push_back(choice("BorderStyle", kAppearance, K::TextControls,
+                         QT_TRANSLATE_NOOP("Designer", "A line around the box, or none."),
+                         numbered({QT_TRANSLATE_NOOP("Designer", "None"), QT_TRANSLATE_NOOP("Designer", "Solid")})));
+  table.push_back(lateBound("BorderColor", kAppearance, T::Color, K::TextControls,
+                            QT_TRANSLATE_NOOP("Designer", "The colour of the border.")));
+  DesignProperty weight = lateBound(
+      "LineWeight", kAppearance, T::Points, K::Line | K::Shape,
+      QT_TRANSLATE_NOOP("Designer", "The thickness of the line, in points; 0 the thinnest the device draws."));
   weight.maximum = kMaxLineWeight;
   table.push_back(std::move(weight));
-  table.push_back(
-      choice("LineStyle", kAppearance, K::Line, "Whole, dashed or dotted.", numbered({"Solid", "Dash", "Dot"})));
-  table.push_back(lateBound("LineColor", kAppearance, T::Color, K::Line | K::Shape, "The colour of the line."));
-  table.push_back(choice("Shape", kAppearance, K::Shape, "The figure drawn in the box.",
-                         numbered({"Rectangle", "Ellipse", "Rounded Rectangle"})));
+  table.push_back(choice("LineStyle", kAppearance, K::Line, QT_TRANSLATE_NOOP("Designer", "Whole, dashed or dotted."),
+                         numbered({QT_TRANSLATE_NOOP("Designer", "Solid"), QT_TRANSLATE_NOOP("Designer", "Dash"),
+                                   QT_TRANSLATE_NOOP("Designer", "Dot")})));
+  table.push_back(lateBound("LineColor", kAppearance, T::Color, K::Line | K::Shape,
+                            QT_TRANSLATE_NOOP("Designer", "The colour of the line.")));
+  table.push_back(choice("Shape", kAppearance, K::Shape, QT_TRANSLATE_NOOP("Designer", "The figure drawn in the box."),
+                         numbered({QT_TRANSLATE_NOOP("Designer", "Rectangle"), QT_TRANSLATE_NOOP("Designer", "Ellipse"),
+                                   QT_TRANSLATE_NOOP("Designer", "Rounded Rectangle")})));
   table.push_back(picture());
-  table.push_back(choice("SizeMode", kAppearance, K::Picture,
-                         "Clip: the image at its own size, cut to the box; Stretch: filling the box; Zoom: as large "
-                         "as the box allows, keeping its proportions.",
-                         numbered({"Clip", "Stretch", "Zoom"})));
+  table.push_back(choice(
+      "SizeMode", kAppearance, K::Picture,
+      QT_TRANSLATE_NOOP("Designer",
+                        "Clip: the image at its own size, cut to the box; Stretch: filling the box; Zoom: as large "
+                        "as the box allows, keeping its proportions."),
+      numbered({QT_TRANSLATE_NOOP("Designer", "Clip"), QT_TRANSLATE_NOOP("Designer", "Stretch"),
+                QT_TRANSLATE_NOOP("Designer", "Zoom")})));
 
   // Layout
-  table.push_back(length("Left", kLayout, K::AnyControl, "From the section's left edge.", DesignChange::ControlMoved));
-  table.push_back(length("Top", kLayout, K::AnyControl, "From the section's top edge.", DesignChange::ControlMoved));
-  table.push_back(length("Width", kLayout, K::AnyControl, "The width of the box.", DesignChange::ControlResized));
-  table.push_back(length("Height", kLayout, K::AnyControl, "The height of the box.", DesignChange::ControlResized));
-  table.push_back(
-      length("Height", kLayout, K::AnySection, "The height of the section as designed.", DesignChange::SectionResized));
-  table.push_back(length("X1", kLayout, K::Line, "Where the line starts, from the section's left edge."));
-  table.push_back(length("Y1", kLayout, K::Line, "Where the line starts, from the section's top edge."));
-  table.push_back(length("X2", kLayout, K::Line, "Where the line ends, from the section's left edge."));
-  table.push_back(length("Y2", kLayout, K::Line, "Where the line ends, from the section's top edge."));
-  DesignProperty printWidth = length("PrintWidth", kLayout, K::Report, "The width of the sections on the page.");
-  printWidth.changingKind = DesignChange::PrintWidthChanging;
+  table.push_back(length("Left", kLayout, K::AnyControl, QT_TRANSLATE_NOOP("Designer", "From the section's left edge."),
+                         DesignChange::ControlMoved));
+  table.push_back(length("Top", kLayout, K::AnyControl, QT_TRANSLATE_NOOP("Designer", "From the section's top edge."),
+                         DesignChange::ControlMoved));
+  table.push_back(length("Width", kLayout, K::AnyControl, QT_TRANSLATE_NOOP("Designer", "The width of the box."),
+                         DesignChange::ControlResized));
+  table.push_back(length("Height", kLayout, K::AnyControl, QT_TRANSLATE_NOOP("Designer", "The height of the box."),
+                         DesignChange::ControlResized));
+  table.push_back(length("Height", kLayout, K::AnySection,
+                         QT_TRANSLATE_NOOP("Designer", "The height of the section as designed."),
+                         DesignChange::SectionResized));
+  table.push_back(length("X1", kLayout, K::Line,
+                         QT_TRANSLATE_NOOP("Designer", "Where the line starts, from the section's left edge.")));
+  table.push_back(length("Y1", kLayout, K::Line,
+                         QT_TRANSLATE_NOOP("Designer", "Where the line starts, from the section's top edge.")));
+  table.push_back(length("X2", kLayout, K::Line,
+                         QT_TRANSLATE_NOOP("Designer", "Where the line ends, from the section's left edge.")));
+  table.push_back(length("Y2", kLayout, K::Line,
+                         QT_TRANSLATE_NOOP("Designer", "Where the line ends, from the section's top edge.")));
+  DesignProperty printWidth =
+      length("PrintWidth", kLayout, K::Report, QT_TRANSLATE_NOOP("Designer", "The width of the sections on the page."));
+  printWidth.changingKind = DesignChange::PrintWidth;
+  printWidth.changedKind = DesignChange::PrintWidth;
   table.push_back(std::move(printWidth));
 
   // Page
   table.push_back(paperSize());
-  table.push_back(choice("PageSettings.Orientation", kPage, K::Report, "Which way up the paper lies.",
-                         numbered({"Portrait", "Landscape"}, 1)));
-  table.push_back(length("PageSettings.PaperWidth", kPage, K::Report, "The paper's width."));
-  table.push_back(length("PageSettings.PaperHeight", kPage, K::Report, "The paper's height."));
-  table.push_back(length("PageSettings.LeftMargin", kPage, K::Report, "Between the paper's left edge and the report."));
+  table.push_back(choice(
+      "PageSettings.Orientation", kPage, K::Report, QT_TRANSLATE_NOOP("Designer", "Which way up the paper lies."),
+      numbered({QT_TRANSLATE_NOOP("Designer", "Portrait"), QT_TRANSLATE_NOOP("Designer", "Landscape")}, 1)));
   table.push_back(
-      length("PageSettings.RightMargin", kPage, K::Report, "Between the report and the paper's right edge."));
-  table.push_back(length("PageSettings.TopMargin", kPage, K::Report, "Above the page header."));
-  table.push_back(length("PageSettings.BottomMargin", kPage, K::Report, "Below the page footer."));
+      length("PageSettings.PaperWidth", kPage, K::Report, QT_TRANSLATE_NOOP("Designer", "The paper's width.")));
+  table.push_back(
+      length("PageSettings.PaperHeight", kPage, K::Report, QT_TRANSLATE_NOOP("Designer", "The paper's height.")));
+  table.push_back(length("PageSettings.LeftMargin", kPage, K::Report,
+                         QT_TRANSLATE_NOOP("Designer", "Between the paper's left edge and the report.")));
+  table.push_back(length("PageSettings.RightMargin", kPage, K::Report,
+                         QT_TRANSLATE_NOOP("Designer", "Between the report and the paper's right edge.")));
+  table.push_back(
+      length("PageSettings.TopMargin", kPage, K::Report, QT_TRANSLATE_NOOP("Designer", "Above the page header.")));
+  table.push_back(
+      length("PageSettings.BottomMargin", kPage, K::Report, QT_TRANSLATE_NOOP("Designer", "Below the page footer.")));
 
   // Behavior
   table.push_back(lateBound("Visible", kBehavior, T::Boolean, K::AnySection | K::AnyControl,
-                            "False: left out of the printed report."));
-  table.push_back(
-      lateBound("CanGrow", kBehavior, T::Boolean, K::AnySection | K::Field, "Grows to show all of its content."));
+                            QT_TRANSLATE_NOOP("Designer", "False: left out of the printed report.")));
+  table.push_back(lateBound("CanGrow", kBehavior, T::Boolean, K::AnySection | K::Field,
+                            QT_TRANSLATE_NOOP("Designer", "Grows to show all of its content.")));
   table.push_back(lateBound("CanShrink", kBehavior, T::Boolean, K::AnySection | K::Field,
-                            "Shrinks when its content needs less room."));
+                            QT_TRANSLATE_NOOP("Designer", "Shrinks when its content needs less room.")));
   table.push_back(lateBound("KeepTogether", kBehavior, T::Boolean, K::AnySection & ~kPageBands,
-                            "Printed whole on one page when it fits on one."));
-  table.push_back(choice("NewPage", kBehavior, K::AnySection & ~kPageBands, "Starts a new page before or after it.",
-                         numbered({"None", "Before", "After", "Before and After"})));
-  table.push_back(choice("RepeatStyle", kBehavior, K::GroupHeader,
-                         "On Each Page: the header is printed again on each page its group goes on to.",
-                         numbered({"None", "On Each Page"})));
+                            QT_TRANSLATE_NOOP("Designer", "Printed whole on one page when it fits on one.")));
+  table.push_back(
+      choice("NewPage", kBehavior, K::AnySection & ~kPageBands,
+             QT_TRANSLATE_NOOP("Designer", "Starts a new page before or after it."),
+             numbered({QT_TRANSLATE_NOOP("Designer", "None"), QT_TRANSLATE_NOOP("Designer", "Before"),
+                       QT_TRANSLATE_NOOP("Designer", "After"), QT_TRANSLATE_NOOP("Designer", "Before and After")})));
+  table.push_back(choice(
+      "RepeatStyle", kBehavior, K::GroupHeader,
+      QT_TRANSLATE_NOOP("Designer", "On Each Page: the header is printed again on each page its group goes on to."),
+      numbered({QT_TRANSLATE_NOOP("Designer", "None"), QT_TRANSLATE_NOOP("Designer", "On Each Page")})));
   return table;
 }
 

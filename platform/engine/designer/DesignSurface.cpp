@@ -3,6 +3,7 @@
 #include "engine/designer/ControlBox.h"
 #include "engine/designer/DesignerEvents.h"
 #include "engine/designer/DesignerMessages.h"
+#include "engine/designer/DesignerText.h"
 #include "engine/model/Controls.h"
 #include "engine/model/LayoutReport.h"
 #include "engine/model/Section.h"
@@ -39,7 +40,7 @@ QRectF touchable(const QRectF &rect) { return rect.adjusted(-2, -2, 2, 2); }
 DesignSurface::DesignSurface(DesignerDocument &document, DesignerEvents *events, QWidget *parent)
     : QWidget(parent), document_(document), events_(events) {
   setObjectName(QStringLiteral("DesignSurface"));
-  setAccessibleName(tr("Design surface"));
+  setAccessibleName(designerText("Design surface"));
   setFocusPolicy(Qt::StrongFocus);
   setMouseTracking(true);
   setAttribute(Qt::WA_OpaquePaintEvent);
@@ -119,10 +120,8 @@ void DesignSurface::layoutChangedOutside() {
   try {
     // An undo or a load under an unfinished drag has replaced the objects
     // the drag holds: the drag is dropped, not put back.
-    if (drag_.kind != Drag::None) {
-      Drag dropped;
-      std::swap(dropped, drag_);
-    }
+    if (drag_.kind != Drag::None)
+      takeDrag();
     renderer_.reset();
     relayout();
     update();
@@ -256,7 +255,7 @@ void DesignSurface::moveSelection(float dx, float dy) {
     return;
   std::vector<std::shared_ptr<Section>> grown;
   {
-    DesignerDocument::Edit edit(document_, tr("Move"));
+    DesignerDocument::Edit edit(document_, designerText("Move"));
     for (const Origin &origin : origins)
       setDesignBox(*origin.control, origin.box.translated(dx, dy));
     grown = growSectionsFor(origins);
@@ -276,7 +275,7 @@ void DesignSurface::resizeSelection(float dWidth, float dHeight) {
     return;
   std::vector<std::shared_ptr<Section>> grown;
   {
-    DesignerDocument::Edit edit(document_, tr("Size"));
+    DesignerDocument::Edit edit(document_, designerText("Size"));
     for (const Origin &origin : origins)
       setDesignBox(*origin.control,
                    QRectF(origin.box.topLeft(), QSizeF(std::max<qreal>(0, origin.box.width() + dWidth),
@@ -291,7 +290,7 @@ void DesignSurface::setSectionHeight(const std::shared_ptr<Section> &section, fl
   if (height == section->height)
     return;
   {
-    DesignerDocument::Edit edit(document_, tr("Section height"));
+    DesignerDocument::Edit edit(document_, designerText("Section height"));
     section->height = height;
   }
   raiseChanged(section, DesignChange::SectionResized);
@@ -302,10 +301,13 @@ bool DesignSurface::setPrintWidth(float width) {
   width = std::max({width, contentRight(*report), float(gridStep().x())});
   if (width == report->printWidth)
     return true;
-  if (events_ && !events_->validateChange(report, DesignChange::PrintWidthChanging))
+  if (events_ && !events_->validateChange(report, DesignChange::PrintWidth))
     return false;
-  DesignerDocument::Edit edit(document_, tr("Print width"));
-  report->printWidth = width;
+  {
+    DesignerDocument::Edit edit(document_, designerText("Print width"));
+    report->printWidth = width;
+  }
+  raiseChanged(report, DesignChange::PrintWidth);
   return true;
 }
 
@@ -314,7 +316,7 @@ std::shared_ptr<Control> DesignSurface::addControl(const std::shared_ptr<Section
   std::shared_ptr<Control> control;
   std::vector<std::shared_ptr<Section>> grown;
   {
-    DesignerDocument::Edit edit(document_, tr("Insert"));
+    DesignerDocument::Edit edit(document_, designerText("Insert"));
     control = section->controls()->add(progId);
     // A new label or field shows its name until it is given its own text.
     if (control->kind() == ControlKind::Label)
@@ -485,8 +487,7 @@ void DesignSurface::reportFailure() {
   if (!events_)
     return; // nobody to tell: the surface stays as it is
   try {
-    events_->message(DesignMessage::ActionFailed, designMessageText(DesignMessage::ActionFailed, error.description()),
-                     designMessageFlags(DesignMessage::ActionFailed));
+    tellUser(events_, DesignMessage::ActionFailed, error.description());
   } catch (...) {
     // A message handler that fails has nobody left to tell.
   }

@@ -93,8 +93,8 @@ public:
   void resizeSelection(float dWidth, float dHeight);
   // No lower than the bottom of the section's controls.
   void setSectionHeight(const std::shared_ptr<Section> &section, float height);
-  // No narrower than the rightmost control or a grid step. False when the
-  // owner refused the change.
+  // No narrower than the rightmost control or a grid step. The owner is
+  // asked first and told after (kind 6); false when it refused.
   bool setPrintWidth(float width);
   // A new control of the ProgID in the section, named as the layout names
   // new controls, in the box the two corners span (twips in the section);
@@ -102,6 +102,14 @@ public:
   // the control.
   std::shared_ptr<Control> addControl(const std::shared_ptr<Section> &section, const QString &progId, QPointF from,
                                       QPointF to);
+
+  // ---- the mouse's drag
+  // Whether a drag is under way: the mouse moved far enough after a press
+  // to move, size, draw or band, and is not released yet.
+  bool isDragging() const { return drag_.kind != Drag::None && drag_.kind != Drag::Pending; }
+  // Takes a drag under way on to a point, as a mouse move there does: the
+  // view calls it when it scrolled the surface under a mouse held still.
+  void followDrag(QPoint point);
 
   // ---- context menus: asks the owner, then emits contextMenuRequested
   void contextMenuAt(QPoint point, QPoint globalPosition);
@@ -117,6 +125,9 @@ signals:
   void contextMenuRequested(const kordel::ObjectRef &source, int menuType, QPoint globalPosition);
   // Part of the surface the keyboard moved to, to be scrolled into view.
   void visibleRequested(const QRect &rect);
+  // A drag under way reached a point; it ends with dragEnded.
+  void dragMoved(QPoint point);
+  void dragEnded();
 
 protected:
   bool event(QEvent *event) override;
@@ -193,6 +204,8 @@ private:
   std::vector<std::pair<int, QRectF>> handles(const engine::Control &control) const;
   Hit hitAt(QPointF point) const;
   Qt::CursorShape cursorAt(QPoint point) const;
+  // The drag as it was, leaving none; tells of the end of a drag under way.
+  Drag takeDrag();
   void press(QPoint point, Qt::KeyboardModifiers modifiers);
   void dragTo(QPoint point);
   void release(QPoint point);

@@ -16,9 +16,11 @@
 // last move, so rounding and snapping cannot creep; the one control the
 // mouse holds snaps to the grid (for a resize, the edge it holds) and the
 // others follow it by the same distance; a line's end handle moves that
-// end alone. PrintWidth asks the owner when it starts; a refusal ends the
-// drag with nothing changed. RubberBand and Draw change nothing while the
-// mouse moves: they show a rectangle, and act at the release.
+// end alone. PrintWidth asks the owner when it starts (validate change 6);
+// a refusal ends the drag with nothing changed, else the release tells the
+// owner of the new width (layout changed 6). RubberBand and Draw change
+// nothing while the mouse moves: they show a rectangle, and act at the
+// release.
 //
 // A move shows its controls over their own section while the mouse moves;
 // at the release, a move that ends over another section takes them out of
@@ -34,6 +36,7 @@
 
 #include "engine/designer/ControlBox.h"
 #include "engine/designer/DesignerEvents.h"
+#include "engine/designer/DesignerText.h"
 #include "engine/model/Controls.h"
 #include "engine/model/LayoutReport.h"
 #include "engine/model/Section.h"
@@ -208,6 +211,23 @@ void DesignSurface::mouseReleaseEvent(QMouseEvent *event) {
 
 // ---- the drag ----
 
+void DesignSurface::followDrag(QPoint point) {
+  try {
+    dragTo(point);
+  } catch (...) {
+    cancelDrag();
+    reportFailure();
+  }
+}
+
+DesignSurface::Drag DesignSurface::takeDrag() {
+  Drag taken;
+  std::swap(taken, drag_);
+  if (taken.kind != Drag::None && taken.kind != Drag::Pending)
+    emit dragEnded();
+  return taken;
+}
+
 void DesignSurface::press(QPoint point, Qt::KeyboardModifiers modifiers) {
   cancelDrag();
   drag_.press = drag_.at = point;
@@ -275,22 +295,23 @@ void DesignSurface::dragTo(QPoint point) {
   }
   default: break;
   }
+  if (isDragging())
+    emit dragMoved(point);
 }
 
 void DesignSurface::startDrag() {
   drag_.kind = drag_.started;
   QString label;
   switch (drag_.kind) {
-  case Drag::Move: label = tr("Move"); break;
-  case Drag::Resize: label = tr("Size"); break;
-  case Drag::SectionHeight: label = tr("Section height"); break;
+  case Drag::Move: label = designerText("Move"); break;
+  case Drag::Resize: label = designerText("Size"); break;
+  case Drag::SectionHeight: label = designerText("Section height"); break;
   case Drag::PrintWidth:
-    if (events_ && !events_->validateChange(document_.report(), DesignChange::PrintWidthChanging)) {
-      Drag refused;
-      std::swap(refused, drag_);
+    if (events_ && !events_->validateChange(document_.report(), DesignChange::PrintWidth)) {
+      takeDrag();
       return;
     }
-    label = tr("Print width");
+    label = designerText("Print width");
     break;
   default: return;
   }
@@ -307,8 +328,7 @@ void DesignSurface::release(QPoint point) {
     grown = finishMove();
   else if (drag_.kind == Drag::Resize)
     grown = growSectionsFor(drag_.origins);
-  Drag done;
-  std::swap(done, drag_);
+  Drag done = takeDrag();
   // The drag's one step of the history.
   done.edit.reset();
   update();
@@ -319,6 +339,10 @@ void DesignSurface::release(QPoint point) {
   case Drag::SectionHeight:
     if (done.hit.section->height != done.original)
       raiseChanged(done.hit.section, DesignChange::SectionResized);
+    break;
+  case Drag::PrintWidth:
+    if (document_.report()->printWidth != done.original)
+      raiseChanged(document_.report(), DesignChange::PrintWidth);
     break;
   case Drag::RubberBand: rubberBand(QRect(done.press, done.at).normalized(), done.modifiers); break;
   case Drag::Draw: draw(done); break;
@@ -350,8 +374,7 @@ void DesignSurface::restoreDrag() {
     drag_.hit.section->height = drag_.original;
   else if (drag_.started == Drag::PrintWidth)
     document_.report()->printWidth = drag_.original;
-  Drag dropped;
-  std::swap(dropped, drag_);
+  Drag dropped = takeDrag();
   // Everything is back: the Edit closes without a step.
   dropped.edit.reset();
 }

@@ -5,6 +5,7 @@
 #include "engine/designer/DesignSurface.h"
 
 #include "engine/designer/ControlBox.h"
+#include "engine/designer/DesignerText.h"
 #include "engine/model/Controls.h"
 #include "engine/model/Section.h"
 #include "engine/render/Page.h"
@@ -34,13 +35,13 @@ constexpr int kTitlePaddingX = 6;
 
 QString typeText(SectionType type) {
   switch (type) {
-  case SectionType::ReportHeader: return DesignSurface::tr("Report header");
-  case SectionType::ReportFooter: return DesignSurface::tr("Report footer");
-  case SectionType::PageHeader: return DesignSurface::tr("Page header");
-  case SectionType::PageFooter: return DesignSurface::tr("Page footer");
-  case SectionType::GroupHeader: return DesignSurface::tr("Group header");
-  case SectionType::GroupFooter: return DesignSurface::tr("Group footer");
-  case SectionType::Detail: return DesignSurface::tr("Detail");
+  case SectionType::ReportHeader: return designerText("Report header");
+  case SectionType::ReportFooter: return designerText("Report footer");
+  case SectionType::PageHeader: return designerText("Page header");
+  case SectionType::PageFooter: return designerText("Page footer");
+  case SectionType::GroupHeader: return designerText("Group header");
+  case SectionType::GroupFooter: return designerText("Group footer");
+  case SectionType::Detail: return designerText("Detail");
   }
   return QString();
 }
@@ -50,7 +51,7 @@ QString titleText(const Section &section) {
   if (!section.dataField.isEmpty())
     text += QStringLiteral(" (") + section.dataField + QLatin1Char(')');
   if (!section.visible)
-    text += QStringLiteral(" \u2014 ") + DesignSurface::tr("hidden");
+    text += QStringLiteral(" \u2014 ") + designerText("hidden");
   return text;
 }
 

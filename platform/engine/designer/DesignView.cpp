@@ -1,6 +1,7 @@
 #include "engine/designer/DesignView.h"
 
 #include "engine/designer/DesignSurface.h"
+#include "engine/designer/DragAutoScroll.h"
 #include "engine/designer/Rulers.h"
 
 #include <QGridLayout>
@@ -38,6 +39,7 @@ DesignView::DesignView(DesignerDocument &document, DesignerEvents *events, QWidg
   grid->addWidget(vertical_, 1, 0);
   grid->addWidget(scroll_, 1, 1);
   setFocusProxy(surface_);
+  autoScroll_ = new DragAutoScroll(*scroll_, *surface_);
 
   connect(scroll_->horizontalScrollBar(), &QScrollBar::valueChanged, this, &DesignView::updateRulers);
   connect(scroll_->verticalScrollBar(), &QScrollBar::valueChanged, this, &DesignView::updateRulers);

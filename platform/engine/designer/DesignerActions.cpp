@@ -2,6 +2,7 @@
 
 #include "engine/designer/DesignerDocument.h"
 #include "engine/designer/DesignerEvents.h"
+#include "engine/designer/DesignerText.h"
 #include "engine/designer/LayoutClipboard.h"
 #include "engine/model/Controls.h"
 #include "engine/model/LayoutReport.h"
@@ -78,21 +79,21 @@ std::shared_ptr<Section> pairedHeader(const LayoutReport &report, const Section 
 
 QString stepLabel(int action) {
   switch (action) {
-  case DesignAction::Cut: return QStringLiteral("Cut");
-  case DesignAction::Paste: return QStringLiteral("Paste");
-  case DesignAction::Delete: return QStringLiteral("Delete");
-  case DesignAction::DeleteSection: return QStringLiteral("Delete section");
-  case DesignAction::ReportHeaderFooter: return QStringLiteral("Report header and footer");
-  case DesignAction::PageHeaderFooter: return QStringLiteral("Page header and footer");
-  case DesignAction::GroupHeaderFooter: return QStringLiteral("Group header and footer");
-  case DesignAction::ReorderGroups: return QStringLiteral("Reorder groups");
-  case DesignAction::Border: return QStringLiteral("Border");
+  case DesignAction::Cut: return designerText("Cut");
+  case DesignAction::Paste: return designerText("Paste");
+  case DesignAction::Delete: return designerText("Delete");
+  case DesignAction::DeleteSection: return designerText("Delete section");
+  case DesignAction::ReportHeaderFooter: return designerText("Report header and footer");
+  case DesignAction::PageHeaderFooter: return designerText("Page header and footer");
+  case DesignAction::GroupHeaderFooter: return designerText("Group header and footer");
+  case DesignAction::ReorderGroups: return designerText("Reorder groups");
+  case DesignAction::Border: return designerText("Border");
   case DesignAction::SameWidth:
   case DesignAction::SameHeight:
-  case DesignAction::SameSize: return QStringLiteral("Size");
+  case DesignAction::SameSize: return designerText("Size");
   case DesignAction::SpaceHorizontally:
-  case DesignAction::SpaceVertically: return QStringLiteral("Spacing");
-  default: return QStringLiteral("Align");
+  case DesignAction::SpaceVertically: return designerText("Spacing");
+  default: return designerText("Align");
   }
 }
 

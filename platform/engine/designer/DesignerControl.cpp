@@ -3,7 +3,6 @@
 #include "engine/designer/DesignerMessages.h"
 #include "engine/designer/DesignerWindow.h"
 #include "engine/model/LayoutReport.h"
-#include "engine/preview/Presenters.h"
 
 #include "core/Error.h"
 
@@ -123,8 +122,7 @@ int DesignerControl::message(int number, const QString &text, int flags) {
   Args args{Variant(number), Variant(text), Variant(flags), Variant(0)};
   if (raise(QStringLiteral("Message"), args))
     return args[3].toLong();
-  presentMessage(QStringLiteral("Designer"), text);
-  return 1; // OK
+  return showDesignMessage(text, flags);
 }
 
 const MemberTable &DesignerControl::memberTable() const {

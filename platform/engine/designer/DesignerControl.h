@@ -45,7 +45,7 @@ constexpr int All = Menu | ToolBox | Standard | Alignment | Format | Explorer | 
 //   GotFocus(), LostFocus()
 //
 // A sink that does not answer an event leaves the designer's own way: its
-// own context menu, its own message box through the message presenter.
+// own context menu, its own message box through the host's Ui.
 class DesignerWindow;
 
 class DesignerControl : public Object, public hostapi::EmbeddedWindow, private DesignerEvents {

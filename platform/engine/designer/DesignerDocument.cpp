@@ -24,7 +24,12 @@ QString nameOf(const Object &object) {
 
 } // namespace
 
-DesignerDocument::DesignerDocument() : report_(LayoutReport::create()) { newReport(); }
+DesignerDocument::DesignerDocument() : report_(LayoutReport::create()) {
+  // Sections and controls added or removed through the layout object (the
+  // add-in inserting fields) come back here as a step of the history.
+  report_->setRefreshListener([this] { noteOutsideChange(); });
+  newReport();
+}
 
 DesignerDocument::~DesignerDocument() = default;
 

@@ -10,15 +10,15 @@ namespace kordel::engine {
 // Kinds of change the designer tells its owner of, before (validateChange,
 // which may refuse) and after (layoutChanged).
 namespace DesignChange {
-constexpr int ControlMoved = 0;       // after: a control's place changed
-constexpr int ControlResized = 1;     // after: a control's size changed
-constexpr int ControlDeleting = 2;    // before: a control is about to be deleted
-constexpr int SectionResized = 3;     // after: a section's height changed
-constexpr int SectionDeleted = 4;     // before: about to be deleted; after: deleted
-constexpr int SectionAdded = 5;       // after
-constexpr int PrintWidthChanging = 6; // before: the print width is about to change
-constexpr int ControlAdded = 7;       // after: drawn from the toolbox, pasted or inserted
-constexpr int PropertyChanged = 8;    // after: a property of the selection changed
+constexpr int ControlMoved = 0;    // after: a control's place changed
+constexpr int ControlResized = 1;  // after: a control's size changed
+constexpr int ControlDeleting = 2; // before: a control is about to be deleted
+constexpr int SectionResized = 3;  // after: a section's height changed
+constexpr int SectionDeleted = 4;  // before: about to be deleted; after: deleted
+constexpr int SectionAdded = 5;    // after
+constexpr int PrintWidth = 6;      // before: about to change; after: the print width changed
+constexpr int ControlAdded = 7;    // after: drawn from the toolbox, pasted or inserted
+constexpr int PropertyChanged = 8; // after: a property of the selection changed
 } // namespace DesignChange
 
 // The context menus the designer asks for: over a section's empty place,

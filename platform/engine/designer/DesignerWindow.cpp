@@ -4,6 +4,8 @@
 #include "engine/designer/DesignView.h"
 #include "engine/designer/DesignerControl.h"
 #include "engine/designer/DesignerMessages.h"
+#include "engine/designer/DesignerText.h"
+#include "engine/designer/EditIcons.h"
 #include "engine/designer/FormatBar.h"
 #include "engine/designer/LayoutIcons.h"
 #include "engine/designer/PropertyList.h"
@@ -31,7 +33,6 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QPushButton>
-#include <QStyle>
 #include <QToolBar>
 #include <QTreeWidget>
 #include <QVBoxLayout>
@@ -56,8 +57,6 @@ const Tool kTools[] = {
     {"ToolPicture", QT_TRANSLATE_NOOP("Designer", "Picture"), hostapi::kPictureProgId},
     {"ToolSubReport", QT_TRANSLATE_NOOP("Designer", "Sub report"), hostapi::kSubReportProgId},
 };
-
-QString tr(const char *text) { return QCoreApplication::translate("Designer", text); }
 
 // Fills a menu with actions by number; -1 for a separator.
 void fillMenu(QMenu &menu, const QMap<int, QAction *> &actions, std::initializer_list<int> numbers) {
@@ -123,34 +122,33 @@ QAction *DesignerWindow::addAction(int number, const QString &text, const QKeySe
 
 void DesignerWindow::buildActions() {
   using namespace DesignAction;
-  const QStyle *style = this->style();
-  addAction(Undo, tr("Undo"), QKeySequence::Undo, style->standardIcon(QStyle::SP_ArrowBack));
-  addAction(Redo, tr("Redo"), QKeySequence::Redo, style->standardIcon(QStyle::SP_ArrowForward));
-  addAction(Cut, tr("Cut"), QKeySequence::Cut, QIcon::fromTheme(QStringLiteral("edit-cut")));
-  addAction(Copy, tr("Copy"), QKeySequence::Copy, QIcon::fromTheme(QStringLiteral("edit-copy")));
-  addAction(Paste, tr("Paste"), QKeySequence::Paste, QIcon::fromTheme(QStringLiteral("edit-paste")));
-  addAction(Delete, tr("Delete"), QKeySequence::Delete, style->standardIcon(QStyle::SP_TrashIcon));
-  addAction(SelectAll, tr("Select all"), QKeySequence::SelectAll);
-  addAction(DeleteSection, tr("Delete section"));
-  addAction(ReportHeaderFooter, tr("Report header and footer"))->setCheckable(true);
-  addAction(PageHeaderFooter, tr("Page header and footer"))->setCheckable(true);
-  addAction(GroupHeaderFooter, tr("Group header and footer"));
-  addAction(ReorderGroups, tr("Reorder groups..."));
-  addAction(DesignAction::ScriptEditor, tr("Script..."), QKeySequence(Qt::Key_F7));
-  addAction(AlignLeft, tr("Align lefts"), {}, layoutActionIcon(AlignLeft));
-  addAction(AlignCenter, tr("Align centres"), {}, layoutActionIcon(AlignCenter));
-  addAction(AlignRight, tr("Align rights"), {}, layoutActionIcon(AlignRight));
-  addAction(AlignTop, tr("Align tops"), {}, layoutActionIcon(AlignTop));
-  addAction(AlignMiddle, tr("Align middles"), {}, layoutActionIcon(AlignMiddle));
-  addAction(AlignBottom, tr("Align bottoms"), {}, layoutActionIcon(AlignBottom));
-  addAction(AlignToGrid, tr("Align to grid"), {}, layoutActionIcon(AlignToGrid));
-  addAction(CenterInSection, tr("Centre in section"), {}, layoutActionIcon(CenterInSection));
-  addAction(SameWidth, tr("Same width"), {}, layoutActionIcon(SameWidth));
-  addAction(SameHeight, tr("Same height"), {}, layoutActionIcon(SameHeight));
-  addAction(SameSize, tr("Same size"), {}, layoutActionIcon(SameSize));
-  addAction(SpaceHorizontally, tr("Space evenly across"), {}, layoutActionIcon(SpaceHorizontally));
-  addAction(SpaceVertically, tr("Space evenly down"), {}, layoutActionIcon(SpaceVertically));
-  addAction(Border, tr("Border"), {}, layoutActionIcon(Border));
+  addAction(Undo, designerText("Undo"), QKeySequence::Undo, editActionIcon(Undo));
+  addAction(Redo, designerText("Redo"), QKeySequence::Redo, editActionIcon(Redo));
+  addAction(Cut, designerText("Cut"), QKeySequence::Cut, editActionIcon(Cut));
+  addAction(Copy, designerText("Copy"), QKeySequence::Copy, editActionIcon(Copy));
+  addAction(Paste, designerText("Paste"), QKeySequence::Paste, editActionIcon(Paste));
+  addAction(Delete, designerText("Delete"), QKeySequence::Delete, editActionIcon(Delete));
+  addAction(SelectAll, designerText("Select all"), QKeySequence::SelectAll);
+  addAction(DeleteSection, designerText("Delete section"));
+  addAction(ReportHeaderFooter, designerText("Report header and footer"))->setCheckable(true);
+  addAction(PageHeaderFooter, designerText("Page header and footer"))->setCheckable(true);
+  addAction(GroupHeaderFooter, designerText("Group header and footer"));
+  addAction(ReorderGroups, designerText("Reorder groups..."));
+  addAction(DesignAction::ScriptEditor, designerText("Script..."), QKeySequence(Qt::Key_F7));
+  addAction(AlignLeft, designerText("Align lefts"), {}, layoutActionIcon(AlignLeft));
+  addAction(AlignCenter, designerText("Align centres"), {}, layoutActionIcon(AlignCenter));
+  addAction(AlignRight, designerText("Align rights"), {}, layoutActionIcon(AlignRight));
+  addAction(AlignTop, designerText("Align tops"), {}, layoutActionIcon(AlignTop));
+  addAction(AlignMiddle, designerText("Align middles"), {}, layoutActionIcon(AlignMiddle));
+  addAction(AlignBottom, designerText("Align bottoms"), {}, layoutActionIcon(AlignBottom));
+  addAction(AlignToGrid, designerText("Align to grid"), {}, layoutActionIcon(AlignToGrid));
+  addAction(CenterInSection, designerText("Centre in section"), {}, layoutActionIcon(CenterInSection));
+  addAction(SameWidth, designerText("Same width"), {}, layoutActionIcon(SameWidth));
+  addAction(SameHeight, designerText("Same height"), {}, layoutActionIcon(SameHeight));
+  addAction(SameSize, designerText("Same size"), {}, layoutActionIcon(SameSize));
+  addAction(SpaceHorizontally, designerText("Space evenly across"), {}, layoutActionIcon(SpaceHorizontally));
+  addAction(SpaceVertically, designerText("Space evenly down"), {}, layoutActionIcon(SpaceVertically));
+  addAction(Border, designerText("Border"), {}, layoutActionIcon(Border));
 }
 
 void DesignerWindow::run(int number) {
@@ -158,9 +156,11 @@ void DesignerWindow::run(int number) {
     control_.actions().execute(number);
   } catch (...) {
     const Error error = pendingError();
-    control_.events().message(DesignMessage::ActionFailed,
-                              designMessageText(DesignMessage::ActionFailed, error.description()),
-                              designMessageFlags(DesignMessage::ActionFailed));
+    try {
+      tellUser(&control_.events(), DesignMessage::ActionFailed, error.description());
+    } catch (...) {
+      // A message that cannot be shown has nobody left to tell.
+    }
   }
   updateActions();
 }
@@ -182,13 +182,13 @@ void DesignerWindow::updateActions() {
 // ---- bars and panels ----
 
 void DesignerWindow::buildToolBox() {
-  auto *box = new QToolBar(tr("Toolbox"));
+  auto *box = new QToolBar(designerText("Toolbox"));
   box->setObjectName(QStringLiteral("ddTBToolBox"));
   box->setOrientation(Qt::Vertical);
   box->setToolButtonStyle(Qt::ToolButtonTextOnly);
   tools_ = new QActionGroup(this);
   for (const Tool &tool : kTools) {
-    QAction *action = box->addAction(tr(tool.text));
+    QAction *action = box->addAction(designerText(tool.text));
     action->setObjectName(QLatin1String(tool.name));
     action->setCheckable(true);
     action->setChecked(!tool.progId);
@@ -204,7 +204,7 @@ void DesignerWindow::buildToolBox() {
 
 void DesignerWindow::buildBars() {
   using namespace DesignAction;
-  auto *standard = new QToolBar(tr("Standard"));
+  auto *standard = new QToolBar(designerText("Standard"));
   standard->setObjectName(QStringLiteral("ddTBStandard"));
   standard->setToolButtonStyle(Qt::ToolButtonIconOnly);
   for (int number : {Cut, Copy, Paste, Delete})
@@ -215,7 +215,7 @@ void DesignerWindow::buildBars() {
   standard->addSeparator();
   zoomBox_ = new QComboBox;
   zoomBox_->setObjectName(QStringLiteral("CboZoom"));
-  zoomBox_->setToolTip(tr("Zoom"));
+  zoomBox_->setToolTip(designerText("Zoom"));
   for (int percent : kZoomSteps)
     zoomBox_->addItem(QStringLiteral("%1%").arg(percent), percent);
   zoomBox_->setCurrentIndex(zoomBox_->findData(view_->surface().zoom()));
@@ -237,7 +237,7 @@ void DesignerWindow::buildBars() {
   addToolBar(standard);
   panels_.insert(DesignerToolbar::Standard, standard);
 
-  auto *alignment = new QToolBar(tr("Alignment"));
+  auto *alignment = new QToolBar(designerText("Alignment"));
   alignment->setObjectName(QStringLiteral("ddTBAlignment"));
   alignment->setToolButtonStyle(Qt::ToolButtonIconOnly);
   for (int number : {AlignLeft, AlignCenter, AlignRight, AlignTop, AlignMiddle, AlignBottom, AlignToGrid,
@@ -256,16 +256,16 @@ void DesignerWindow::buildMenus() {
   using namespace DesignAction;
   QMenuBar *bar = menuBar();
   bar->setObjectName(QStringLiteral("ddTBMenu"));
-  QMenu *edit = bar->addMenu(tr("&Edit"));
+  QMenu *edit = bar->addMenu(designerText("&Edit"));
   fillMenu(*edit, actions_, {Undo, Redo, -1, Cut, Copy, Paste, Delete, -1, SelectAll});
-  QMenu *sections = bar->addMenu(tr("&Sections"));
+  QMenu *sections = bar->addMenu(designerText("&Sections"));
   fillMenu(*sections, actions_,
            {ReportHeaderFooter, PageHeaderFooter, GroupHeaderFooter, ReorderGroups, -1, DeleteSection});
-  QMenu *format = bar->addMenu(tr("F&ormat"));
+  QMenu *format = bar->addMenu(designerText("F&ormat"));
   fillMenu(*format, actions_,
            {AlignLeft, AlignCenter, AlignRight, AlignTop, AlignMiddle, AlignBottom, AlignToGrid, CenterInSection, -1,
             SameWidth, SameHeight, SameSize, -1, SpaceHorizontally, SpaceVertically, -1, Border});
-  QMenu *tools = bar->addMenu(tr("&Tools"));
+  QMenu *tools = bar->addMenu(designerText("&Tools"));
   tools->addAction(actions_[DesignAction::ScriptEditor]);
   panels_.insert(DesignerToolbar::Menu, bar);
 }
@@ -276,7 +276,7 @@ void DesignerWindow::buildPanels() {
   explorer_->setHeaderHidden(true);
   connect(explorer_, &QTreeWidget::itemClicked, this, &DesignerWindow::explorerClicked);
   connect(explorer_, &QTreeWidget::itemActivated, this, &DesignerWindow::explorerClicked);
-  auto *explorerDock = new QDockWidget(tr("Explorer"));
+  auto *explorerDock = new QDockWidget(designerText("Explorer"));
   explorerDock->setObjectName(QStringLiteral("ddTBExplorer"));
   explorerDock->setWidget(explorer_);
   addDockWidget(Qt::RightDockWidgetArea, explorerDock);
@@ -284,7 +284,7 @@ void DesignerWindow::buildPanels() {
 
   properties_ = new PropertyList(control_.document());
   properties_->setEvents(&control_.events());
-  auto *propertyDock = new QDockWidget(tr("Properties"));
+  auto *propertyDock = new QDockWidget(designerText("Properties"));
   propertyDock->setObjectName(QStringLiteral("ddTBPropertyToolbox"));
   propertyDock->setWidget(properties_);
   addDockWidget(Qt::RightDockWidgetArea, propertyDock);
@@ -316,8 +316,7 @@ void DesignerWindow::fillExplorer() {
     sectionItem->setData(0, Qt::UserRole, section->name);
     sectionItem->setSelected(document.isSelected(*section));
     for (const auto &control : section->controls()->all()) {
-      auto *item =
-          new QTreeWidgetItem(sectionItem, {QStringLiteral("%1 (%2)").arg(control->name, control->typeName())});
+      auto *item = new QTreeWidgetItem(sectionItem, {QStringLiteral("%1 (%2)").arg(control->name, kindText(*control))});
       item->setData(0, Qt::UserRole, control->name);
       item->setSelected(document.isSelected(*control));
     }
@@ -364,20 +363,21 @@ void DesignerWindow::showContextMenu(int menuType, QPoint globalPosition) {
 
 void DesignerWindow::openScriptEditor() {
   engine::ScriptEditor editor(control_.document(), this);
+  editor.setEvents(&control_.events());
   presentModal(editor);
 }
 
 std::optional<QStringList> DesignerWindow::askGroupOrder(const QStringList &groups) {
   QDialog dialog(this);
   dialog.setObjectName(QStringLiteral("DlgReorderGroups"));
-  dialog.setWindowTitle(tr("Reorder groups"));
+  dialog.setWindowTitle(designerText("Reorder groups"));
   auto *list = new QListWidget;
   list->setObjectName(QStringLiteral("LbGroups"));
   list->addItems(groups);
   list->setCurrentRow(0);
-  auto *up = new QPushButton(tr("Move &up"));
+  auto *up = new QPushButton(designerText("Move &up"));
   up->setObjectName(QStringLiteral("CmdUp"));
-  auto *down = new QPushButton(tr("Move &down"));
+  auto *down = new QPushButton(designerText("Move &down"));
   down->setObjectName(QStringLiteral("CmdDown"));
   const auto move = [list](int by) {
     const int row = list->currentRow();
@@ -389,6 +389,10 @@ std::optional<QStringList> DesignerWindow::askGroupOrder(const QStringList &grou
   connect(up, &QPushButton::clicked, &dialog, [move] { move(-1); });
   connect(down, &QPushButton::clicked, &dialog, [move] { move(1); });
   auto *buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
+  buttons->button(QDialogButtonBox::Ok)->setObjectName(QStringLiteral("CmdOK"));
+  buttons->button(QDialogButtonBox::Ok)->setText(designerText("OK"));
+  buttons->button(QDialogButtonBox::Cancel)->setObjectName(QStringLiteral("CmdCancel"));
+  buttons->button(QDialogButtonBox::Cancel)->setText(designerText("Cancel"));
   connect(buttons, &QDialogButtonBox::accepted, &dialog, &QDialog::accept);
   connect(buttons, &QDialogButtonBox::rejected, &dialog, &QDialog::reject);
   auto *side = new QVBoxLayout;
@@ -399,7 +403,7 @@ std::optional<QStringList> DesignerWindow::askGroupOrder(const QStringList &grou
   row->addWidget(list, 1);
   row->addLayout(side);
   auto *layout = new QVBoxLayout(&dialog);
-  layout->addWidget(new QLabel(tr("Outermost group first:")));
+  layout->addWidget(new QLabel(designerText("Outermost group first:")));
   layout->addLayout(row);
   layout->addWidget(buttons);
   presentModal(dialog);

@@ -1,5 +1,7 @@
 #include "engine/designer/FindBar.h"
 
+#include "engine/designer/DesignerText.h"
+
 #include <QCheckBox>
 #include <QGridLayout>
 #include <QKeyEvent>
@@ -21,30 +23,30 @@ FindBar::FindBar(QPlainTextEdit &editor, QWidget *parent) : QWidget(parent), edi
   findText_->setClearButtonEnabled(true);
   replaceText_ = new QLineEdit;
   replaceText_->setObjectName(QStringLiteral("TxtReplace"));
-  auto *findLabel = new QLabel(tr("Fi&nd:"));
+  auto *findLabel = new QLabel(designerText("Fi&nd:"));
   findLabel->setBuddy(findText_);
-  replaceLabel_ = new QLabel(tr("Re&place with:"));
+  replaceLabel_ = new QLabel(designerText("Re&place with:"));
   replaceLabel_->setBuddy(replaceText_);
-  auto *previous = new QPushButton(tr("Pre&vious"));
+  auto *previous = new QPushButton(designerText("Pre&vious"));
   previous->setObjectName(QStringLiteral("CmdFindPrevious"));
-  auto *next = new QPushButton(tr("Ne&xt"));
+  auto *next = new QPushButton(designerText("Ne&xt"));
   next->setObjectName(QStringLiteral("CmdFindNext"));
-  replace_ = new QPushButton(tr("&Replace"));
+  replace_ = new QPushButton(designerText("&Replace"));
   replace_->setObjectName(QStringLiteral("CmdReplace"));
-  replaceAll_ = new QPushButton(tr("Replace &all"));
+  replaceAll_ = new QPushButton(designerText("Replace &all"));
   replaceAll_->setObjectName(QStringLiteral("CmdReplaceAll"));
   for (QPushButton *button : {previous, next, replace_, replaceAll_})
     button->setAutoDefault(false);
-  matchCase_ = new QCheckBox(tr("&Match case"));
+  matchCase_ = new QCheckBox(designerText("&Match case"));
   matchCase_->setObjectName(QStringLiteral("ChkMatchCase"));
-  wholeWords_ = new QCheckBox(tr("&Whole words"));
+  wholeWords_ = new QCheckBox(designerText("&Whole words"));
   wholeWords_->setObjectName(QStringLiteral("ChkWholeWords"));
   outcome_ = new QLabel;
   outcome_->setObjectName(QStringLiteral("LblFind"));
   auto *close = new QToolButton;
   close->setObjectName(QStringLiteral("CmdCloseFind"));
   close->setIcon(style()->standardIcon(QStyle::SP_TitleBarCloseButton));
-  close->setToolTip(tr("Close (Esc)"));
+  close->setToolTip(designerText("Close (Esc)"));
   close->setAutoRaise(true);
 
   auto *grid = new QGridLayout(this);
@@ -109,7 +111,7 @@ bool FindBar::find(bool backward) {
     found = document.find(text, from, flags);
   }
   if (found.isNull()) {
-    showOutcome(tr("Not found"));
+    showOutcome(designerText("Not found"));
     return false;
   }
   showOutcome(QString());
@@ -160,7 +162,7 @@ int FindBar::replaceAll() {
     ++count;
   }
   step.endEditBlock();
-  showOutcome(count == 0 ? tr("Not found") : tr("%n replaced", nullptr, count));
+  showOutcome(count == 0 ? designerText("Not found") : designerText("%n replaced", count));
   return count;
 }
 

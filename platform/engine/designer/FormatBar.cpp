@@ -1,7 +1,9 @@
 #include "engine/designer/FormatBar.h"
 
+#include "engine/designer/DesignDialogs.h"
 #include "engine/designer/DesignProperties.h"
 #include "engine/designer/DesignerDocument.h"
+#include "engine/designer/DesignerText.h"
 #include "engine/designer/FormatIcons.h"
 #include "engine/model/Font.h"
 
@@ -56,19 +58,20 @@ template <class T, class Of> std::optional<T> sharedValue(const std::vector<Vari
 
 } // namespace
 
-FormatBar::FormatBar(DesignerDocument &document, QWidget *parent) : QToolBar(tr("Format"), parent), applier_(document) {
+FormatBar::FormatBar(DesignerDocument &document, QWidget *parent)
+    : QToolBar(designerText("Format"), parent), applier_(document) {
   setObjectName(QStringLiteral("ddTBFormat"));
 
   fontName_ = new QFontComboBox(this);
   fontName_->setObjectName(QStringLiteral("CboFontName"));
-  fontName_->setToolTip(tr("Font"));
+  fontName_->setToolTip(designerText("Font"));
   fontName_->setMaximumWidth(190);
   addWidget(fontName_);
   connect(fontName_, &QComboBox::textActivated, this, [this](const QString &family) { setFontName(family); });
 
   fontSize_ = new QComboBox(this);
   fontSize_->setObjectName(QStringLiteral("CboFontSize"));
-  fontSize_->setToolTip(tr("Font size in points"));
+  fontSize_->setToolTip(designerText("Font size in points"));
   fontSize_->setEditable(true);
   fontSize_->setInsertPolicy(QComboBox::NoInsert);
   for (int size : {6, 7, 8, 9, 10, 11, 12, 14, 16, 18, 20, 22, 24, 28, 32, 36, 48, 72})
@@ -80,22 +83,23 @@ FormatBar::FormatBar(DesignerDocument &document, QWidget *parent) : QToolBar(tr(
           [this] { setFontSize(fontSize_->lineEdit()->text()); });
 
   addSeparator();
-  bold_ = addToggle("CmdBold", tr("Bold"), letterIcon(u'B', true, false), [this](bool on) { return setBold(on); });
-  italic_ =
-      addToggle("CmdItalic", tr("Italic"), letterIcon(u'I', false, true), [this](bool on) { return setItalic(on); });
+  bold_ = addToggle("CmdBold", designerText("Bold"), letterIcon(u'B', true, false),
+                    [this](bool on) { return setBold(on); });
+  italic_ = addToggle("CmdItalic", designerText("Italic"), letterIcon(u'I', false, true),
+                      [this](bool on) { return setItalic(on); });
   addSeparator();
   // In the order of the bar; the index is the controls' Alignment.
   alignments_[0] =
-      addToggle("CmdAlignLeft", tr("Align Left"), alignmentIcon(0), [this](bool) { return setAlignment(0); });
-  alignments_[2] =
-      addToggle("CmdAlignCenter", tr("Center"), alignmentIcon(2), [this](bool) { return setAlignment(2); });
-  alignments_[1] =
-      addToggle("CmdAlignRight", tr("Align Right"), alignmentIcon(1), [this](bool) { return setAlignment(1); });
+      addToggle("CmdAlignLeft", designerText("Align Left"), alignmentIcon(0), [this](bool) { return setAlignment(0); });
+  alignments_[2] = addToggle("CmdAlignCenter", designerText("Align Center"), alignmentIcon(2),
+                             [this](bool) { return setAlignment(2); });
+  alignments_[1] = addToggle("CmdAlignRight", designerText("Align Right"), alignmentIcon(1),
+                             [this](bool) { return setAlignment(1); });
   addSeparator();
-  foreColor_ = addAction(foreColorIcon(QColor()), tr("Fore Color"));
+  foreColor_ = addAction(foreColorIcon(QColor()), designerText("Fore Color"));
   foreColor_->setObjectName(QStringLiteral("CmdForeColor"));
   connect(foreColor_, &QAction::triggered, this, [this] { chooseForeColor(); });
-  backColor_ = addAction(backColorIcon(QColor()), tr("Back Color"));
+  backColor_ = addAction(backColorIcon(QColor()), designerText("Back Color"));
   backColor_->setObjectName(QStringLiteral("CmdBackColor"));
   connect(backColor_, &QAction::triggered, this, [this] { chooseBackColor(); });
 
@@ -146,8 +150,9 @@ bool FormatBar::changeFont(const QString &label, const std::function<void(QFont 
 bool FormatBar::setFontName(const QString &family) {
   const QString name = family.trimmed();
   if (name.isEmpty())
-    return attempt([]() -> bool { raiseError(ErrorNumber::InvalidCall, kSource, tr("A font needs a name")); });
-  return changeFont(tr("Font"), [&](QFont &font) { font.setFamily(name); });
+    return attempt(
+        []() -> bool { raiseError(ErrorNumber::InvalidCall, kSource, designerText("A font needs a name")); });
+  return changeFont(designerText("Font"), [&](QFont &font) { font.setFamily(name); });
 }
 
 bool FormatBar::setFontSize(const QString &points) {
@@ -158,26 +163,28 @@ bool FormatBar::setFontSize(const QString &points) {
   if (size <= 0 || size > kMaxFontSize)
     return attempt([&]() -> bool {
       raiseError(ErrorNumber::InvalidCall, kSource,
-                 tr("\"%1\" is no font size: type a number of points above 0 and at most %2")
+                 designerText("\"%1\" is no font size: type a number of points above 0 and at most %2")
                      .arg(points.trimmed())
                      .arg(kMaxFontSize));
     });
-  return changeFont(tr("Font Size"), [size](QFont &font) { font.setPointSizeF(size); });
+  return changeFont(designerText("Font Size"), [size](QFont &font) { font.setPointSizeF(size); });
 }
 
 bool FormatBar::setBold(bool bold) {
-  return changeFont(bold ? tr("Bold") : tr("Not Bold"), [bold](QFont &font) { font.setBold(bold); });
+  return changeFont(bold ? designerText("Bold") : designerText("Not Bold"),
+                    [bold](QFont &font) { font.setBold(bold); });
 }
 
 bool FormatBar::setItalic(bool italic) {
-  return changeFont(italic ? tr("Italic") : tr("Not Italic"), [italic](QFont &font) { font.setItalic(italic); });
+  return changeFont(italic ? designerText("Italic") : designerText("Not Italic"),
+                    [italic](QFont &font) { font.setItalic(italic); });
 }
 
 bool FormatBar::setAlignment(int alignment) {
   return attempt([&] {
     if (alignment < 0 || alignment > 2)
       raiseError(ErrorNumber::InvalidCall, kSource,
-                 tr("Alignment is 0 left, 1 right or 2 center, not %1").arg(alignment));
+                 designerText("Alignment is 0 left, 1 right or 2 center, not %1").arg(alignment));
     return applier_.apply(controlProperty("Alignment"), Variant(alignment)) == PropertyApplier::Outcome::Changed;
   });
 }
@@ -192,7 +199,7 @@ bool FormatBar::setBackColor(const QColor &color) {
   return attempt([&] {
     const Variant back(colorToVb(color));
     const Variant filled(1);
-    return applier_.apply(tr("Back Color"),
+    return applier_.apply(designerText("Back Color"),
                           {{&controlProperty("BackColor"), [&](const Variant &) { return back; }},
                            {&controlProperty("BackStyle"), [&](const Variant &) { return filled; }}}) ==
            PropertyApplier::Outcome::Changed;
@@ -204,7 +211,7 @@ bool FormatBar::chooseForeColor() {
   attempt([&] {
     const auto shared = sharedValue<int>(valuesOf(applier_.targets(), controlProperty("ForeColor")),
                                          [](const Variant &v) { return int(v.toLong()); });
-    chosen = dialogs_.chooseColor(colorFromVb(shared.value_or(0)), this);
+    chosen = askColor(colorFromVb(shared.value_or(0)), foreColor_->text());
     return false;
   });
   return chosen && setForeColor(*chosen);
@@ -215,7 +222,7 @@ bool FormatBar::chooseBackColor() {
   attempt([&] {
     const auto shared = sharedValue<int>(valuesOf(applier_.targets(), controlProperty("BackColor")),
                                          [](const Variant &v) { return int(v.toLong()); });
-    chosen = dialogs_.chooseColor(colorFromVb(shared.value_or(0xffffff)), this);
+    chosen = askColor(colorFromVb(shared.value_or(0xffffff)), backColor_->text());
     return false;
   });
   return chosen && setBackColor(*chosen);

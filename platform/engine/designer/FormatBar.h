@@ -1,6 +1,5 @@
 #pragma once
 
-#include "engine/designer/DesignDialogs.h"
 #include "engine/designer/PropertyApplier.h"
 
 #include <QToolBar>
@@ -26,7 +25,6 @@ public:
 
   void setEvents(DesignerEvents *events) { applier_.setEvents(events); }
   void setChanged(std::function<void()> changed) { applier_.setChanged(std::move(changed)); }
-  void setDialogs(DesignDialogs dialogs) { dialogs_ = std::move(dialogs); }
 
   // ---- handlers: true when the controls changed
   bool setFontName(const QString &family);
@@ -54,7 +52,6 @@ private:
   QAction *addToggle(const char *name, const QString &text, const QIcon &icon, std::function<bool(bool)> handler);
 
   PropertyApplier applier_;
-  DesignDialogs dialogs_ = DesignDialogs::standard();
   QFontComboBox *fontName_;
   QComboBox *fontSize_;
   QAction *bold_;

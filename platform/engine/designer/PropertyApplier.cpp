@@ -3,6 +3,7 @@
 #include "engine/designer/DesignProperties.h"
 #include "engine/designer/DesignerDocument.h"
 #include "engine/designer/DesignerEvents.h"
+#include "engine/designer/DesignerText.h"
 #include "engine/designer/PropertyValues.h"
 #include "engine/model/LayoutReport.h"
 
@@ -46,10 +47,10 @@ std::vector<PropertyApplier::Planned> PropertyApplier::plan(const std::vector<Ch
   for (const Change &change : changes) {
     const DesignProperty &property = *change.property;
     if (property.readOnly)
-      raiseError(ErrorNumber::InvalidCall, kSource, QStringLiteral("%1 cannot be changed").arg(property.name));
+      raiseError(ErrorNumber::InvalidCall, kSource, designerText("%1 cannot be changed").arg(property.name));
     if (property.singleObject && objects.size() > 1)
       raiseError(ErrorNumber::InvalidCall, kSource,
-                 QStringLiteral("%1 is given to one object at a time").arg(property.name));
+                 designerText("%1 is given to one object at a time").arg(property.name));
     for (const ObjectRef &object : objects) {
       if (!property.appliesToObject(*object))
         continue;
@@ -117,7 +118,7 @@ PropertyApplier::Outcome PropertyApplier::apply(const QString &label, const std:
 }
 
 PropertyApplier::Outcome PropertyApplier::apply(const DesignProperty &property, const Variant &value) {
-  return apply(QStringLiteral("Change %1").arg(property.name),
+  return apply(designerText("Change %1").arg(property.name),
                {{&property, [&value](const Variant &) { return value; }}});
 }
 

@@ -1,6 +1,7 @@
 #include "engine/designer/PropertyEditors.h"
 
 #include "engine/designer/DesignProperties.h"
+#include "engine/designer/DesignerText.h"
 #include "engine/model/Font.h"
 
 #include <QCheckBox>
@@ -51,7 +52,7 @@ public:
       auto *button = new QToolButton(this);
       button->setObjectName(QStringLiteral("Cmd%1Choose").arg(property.name));
       button->setText(QStringLiteral("…"));
-      button->setToolTip(tr("Choose (F4)"));
+      button->setToolTip(designerText("Choose (F4)"));
       // Tab goes from row to row; F4 opens the dialog from the keyboard.
       button->setFocusPolicy(Qt::NoFocus);
       connect(button, &QToolButton::clicked, this, [this] {
@@ -91,7 +92,7 @@ public:
   TextBlockEditor(const DesignProperty &property, QWidget *parent) : PropertyEditor(property, parent) {
     edit_ = new QPlainTextEdit(this);
     edit_->setTabChangesFocus(true);
-    edit_->setToolTip(tr("Enter sets the text; Shift+Enter starts a new line"));
+    edit_->setToolTip(designerText("Enter sets the text; Shift+Enter starts a new line"));
     const int lines = 2;
     edit_->setFixedHeight(edit_->fontMetrics().lineSpacing() * lines + 2 * (edit_->frameWidth() + 4));
     tightLayout(this)->addWidget(edit_);
@@ -152,7 +153,7 @@ public:
   ChoiceEditor(const DesignProperty &property, QWidget *parent) : PropertyEditor(property, parent) {
     combo_ = new QComboBox(this);
     for (const PropertyChoice &choice : property.choices)
-      combo_->addItem(choice.label);
+      combo_->addItem(designerText(choice.label));
     tightLayout(this)->addWidget(combo_);
     connect(combo_, &QComboBox::activated, this, [this](int index) { give(combo_->itemText(index)); });
     watch(combo_);

@@ -1,7 +1,9 @@
 #include "engine/designer/PropertyList.h"
 
+#include "engine/designer/DesignDialogs.h"
 #include "engine/designer/DesignProperties.h"
 #include "engine/designer/DesignerDocument.h"
+#include "engine/designer/DesignerText.h"
 #include "engine/designer/PropertyEditors.h"
 #include "engine/designer/PropertyValues.h"
 #include "engine/model/Controls.h"
@@ -63,7 +65,7 @@ PropertyList::PropertyList(DesignerDocument &document, QWidget *parent)
   help_->setFrameShape(QFrame::StyledPanel);
   help_->setMinimumHeight(help_->fontMetrics().lineSpacing() * 3 + 8);
   help_->setStyleSheet(QStringLiteral("padding: 3px 4px;"));
-  help_->setText(tr("<span style='color: gray'>Click a property to read what it does.</span>"));
+  help_->setText(designerText("<span style='color: gray'>Click a property to read what it does.</span>"));
   layout->addWidget(help_);
 
   connect(&document_, &DesignerDocument::selectionChanged, this, [this] {
@@ -90,12 +92,12 @@ bool PropertyList::setValue(const QString &name, const QString &text) {
   try {
     const Row *row = findRow(name);
     if (!row)
-      raiseError(ErrorNumber::InvalidCall, kSource, tr("What is selected has no property %1").arg(name));
+      raiseError(ErrorNumber::InvalidCall, kSource, designerText("What is selected has no property %1").arg(name));
     const DesignProperty &property = *row->property;
     const auto outcome = applier_.apply(property, valueFromText(property, text, rulerUnits_));
     clearProblem();
     if (outcome == PropertyApplier::Outcome::Cancelled) {
-      message_->setText(tr("%1: the change was cancelled").arg(property.name));
+      message_->setText(designerText("%1: the change was cancelled").arg(property.name));
       message_->show();
     }
     // The row as the layout has it now, also when the value was already so
@@ -113,19 +115,19 @@ bool PropertyList::chooseValue(const QString &name) {
   try {
     const Row *row = findRow(name);
     if (!row || !hasDialog(*row->property))
-      raiseError(ErrorNumber::InvalidCall, kSource, tr("%1 has no dialog to choose it with").arg(name));
+      raiseError(ErrorNumber::InvalidCall, kSource, designerText("%1 has no dialog to choose it with").arg(name));
     const DesignProperty &property = *row->property;
     const std::optional<Variant> value = commonValue(property);
     std::optional<QString> text;
     if (property.type == PropertyType::Color) {
       const QColor initial = value ? colorFromVb(value->toLong()) : QColor(Qt::black);
-      if (const auto color = dialogs_.chooseColor(initial, this))
+      if (const auto color = askColor(initial, property.name))
         text = color->name();
     } else if (property.type == PropertyType::Font) {
       const auto font = value ? objectAs<FontObject>(*value) : nullptr;
-      if (const auto chosen = dialogs_.chooseFont(font ? font->font() : FontObject::defaultFont(), this))
+      if (const auto chosen = askFont(font ? font->font() : FontObject::defaultFont(), property.name))
         text = valueText(property, Variant(ObjectRef(std::make_shared<FontObject>(*chosen))), rulerUnits_);
-    } else if (const auto path = dialogs_.choosePictureFile(this)) {
+    } else if (const auto path = askPictureFile()) {
       text = *path;
     }
     return text && setValue(name, *text);
@@ -213,18 +215,19 @@ void PropertyList::rebuild(const std::vector<const DesignProperty *> &properties
   for (const DesignProperty *property : properties) {
     if (property->category != category) {
       category = property->category;
-      auto *header = new QLabel(category, rowsHost_);
+      auto *header = new QLabel(designerText(category), rowsHost_);
       header->setObjectName(QStringLiteral("LblCategory") + category);
       header->setStyleSheet(QStringLiteral("font-weight: bold; background: palette(midlight); padding: 2px 4px;"));
       grid->addWidget(header, line++, 0, 1, 2);
     }
     auto *label = new QLabel(property->name, rowsHost_);
     label->setObjectName(QStringLiteral("LblProp") + property->name);
-    label->setToolTip(property->description);
+    const QString description = designerText(property->description);
+    label->setToolTip(description);
     label->setContentsMargins(8, 0, 0, 0);
     label->setEnabled(!property->readOnly);
     PropertyEditor *editor = PropertyEditor::create(*property, rowsHost_);
-    editor->setToolTip(property->description);
+    editor->setToolTip(description);
     label->setBuddy(editor);
     const QString name = property->name;
     editor->commit = [this, name](const QString &text) { setValue(name, text); };
@@ -278,20 +281,20 @@ QString PropertyList::describeTargets() const {
   const auto sections = document_.selectedSections();
   const auto controls = document_.selectedControls();
   if (controls.size() == 1)
-    return tr("%1 (%2)").arg(controls.front()->name, controls.front()->typeName());
+    return QStringLiteral("%1 (%2)").arg(controls.front()->name, kindText(*controls.front()));
   if (sections.size() == 1)
-    return tr("%1 (%2)").arg(sections.front()->name, sectionTypeLabel(*sections.front()));
+    return QStringLiteral("%1 (%2)").arg(sections.front()->name, sectionTypeLabel(*sections.front()));
   if (!controls.empty())
-    return tr("%n controls", nullptr, int(controls.size()));
+    return designerText("%n controls", int(controls.size()));
   if (!sections.empty())
-    return tr("%n sections", nullptr, int(sections.size()));
-  return tr("Report");
+    return designerText("%n sections", int(sections.size()));
+  return designerText("Report");
 }
 
 // ---- Messages and help ----
 
 void PropertyList::showProblem(const QString &property, const QString &problem) {
-  message_->setText(property.isEmpty() ? problem : tr("%1: %2").arg(property, problem));
+  message_->setText(property.isEmpty() ? problem : QStringLiteral("%1: %2").arg(property, problem));
   message_->show();
   if (const Row *row = findRow(property))
     row->editor->setRefused(true);
@@ -307,8 +310,8 @@ void PropertyList::clearProblem() {
 void PropertyList::followFocus(QWidget *now) {
   for (const Row &row : rows_)
     if (now && (row.editor == now || row.editor->isAncestorOf(now))) {
-      help_->setText(
-          QStringLiteral("<b>%1</b><br>%2").arg(row.property->name, row.property->description.toHtmlEscaped()));
+      help_->setText(QStringLiteral("<b>%1</b><br>%2")
+                         .arg(row.property->name, designerText(row.property->description).toHtmlEscaped()));
       return;
     }
 }

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "engine/designer/DesignDialogs.h"
 #include "engine/designer/PropertyApplier.h"
 
 #include <QStringList>
@@ -38,14 +37,13 @@ public:
   int rulerUnits() const { return rulerUnits_; }
   void setEvents(DesignerEvents *events) { applier_.setEvents(events); }
   void setChanged(std::function<void()> changed) { applier_.setChanged(std::move(changed)); }
-  void setDialogs(DesignDialogs dialogs) { dialogs_ = std::move(dialogs); }
 
   // ---- handlers
   // Gives the property the value the text stands for. False when the text
   // was refused (the reason is the message) or the owner cancelled.
   bool setValue(const QString &property, const QString &text);
-  // Opens the property's dialog (colour, font, picture) and gives the
-  // property what was chosen; false when cancelled or refused.
+  // Opens the property's dialog (colour, font, picture) through the Ui and
+  // gives the property what was chosen; false when cancelled or refused.
   bool chooseValue(const QString &property);
   // Shows the values as the layout has them now.
   void refresh();
@@ -82,7 +80,6 @@ private:
   DesignerDocument &document_;
   PropertyApplier applier_;
   QMetaObject::Connection focusWatch_;
-  DesignDialogs dialogs_ = DesignDialogs::standard();
   int rulerUnits_ = 0;
   std::vector<Row> rows_;
   QLabel *target_;

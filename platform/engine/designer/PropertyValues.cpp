@@ -1,6 +1,7 @@
 #include "engine/designer/PropertyValues.h"
 
 #include "engine/designer/DesignProperties.h"
+#include "engine/designer/DesignerText.h"
 #include "engine/model/Font.h"
 
 #include "core/Error.h"
@@ -18,7 +19,14 @@ namespace {
 constexpr double kTwipsPerInch = 1440;
 constexpr double kTwipsPerPoint = 20;
 const QString kSource = QStringLiteral("PropertyList");
-const QString kNoPicture = QStringLiteral("(none)");
+const char *const kNoPicture = QT_TRANSLATE_NOOP("Designer", "(none)");
+
+// Whether a typed word is the English word or its translation, without
+// regard to case: what the list writes reads back in either language.
+bool isWord(const QString &given, const char *english) {
+  return given.compare(QLatin1String(english), Qt::CaseInsensitive) == 0 ||
+         given.compare(designerText(english), Qt::CaseInsensitive) == 0;
+}
 
 [[noreturn]] void refuse(const QString &message) { raiseError(ErrorNumber::TypeMismatch, kSource, message); }
 
@@ -79,16 +87,16 @@ double lengthFromText(const DesignProperty &property, const QString &text, int r
       if (match.capturedView(2).compare(QLatin1String(each.name), Qt::CaseInsensitive) == 0)
         unit = &each;
   if (!unit)
-    refuse(QStringLiteral("\"%1\" is not a length: type a number, such as %2, or one with cm, mm, in or pt")
+    refuse(designerText("\"%1\" is not a length: type a number, such as %2, or one with cm, mm, in or pt")
                .arg(text.trimmed(), lengthText(1.5 * shown.twips, shown)));
   const double number = match.captured(1).replace(u',', u'.').toDouble();
   const double twips = std::round(number * unit->twips);
   if (twips < property.minimum)
     raiseError(ErrorNumber::InvalidCall, kSource,
-               QStringLiteral("%1 cannot be less than %2").arg(property.name, lengthText(property.minimum, shown)));
+               designerText("%1 cannot be less than %2").arg(property.name, lengthText(property.minimum, shown)));
   if (twips > property.maximum)
     raiseError(ErrorNumber::InvalidCall, kSource,
-               QStringLiteral("%1 cannot be more than %2").arg(property.name, lengthText(property.maximum, shown)));
+               designerText("%1 cannot be more than %2").arg(property.name, lengthText(property.maximum, shown)));
   return twips;
 }
 
@@ -106,19 +114,26 @@ Variant colorFromText(const QString &text) {
   const QColor color = QColor::fromString(given);
   if (!isNumber && color.isValid())
     return Variant(colorToVb(color));
-  refuse(QStringLiteral("\"%1\" is not a colour: type #rrggbb, &HBBGGRR or a colour's name such as red").arg(given));
+  refuse(designerText("\"%1\" is not a colour: type #rrggbb, &HBBGGRR or a colour's name such as red").arg(given));
 }
+
+// The styles of a font as the list writes them.
+const char *const kBold = QT_TRANSLATE_NOOP("Designer", "Bold");
+const char *const kItalic = QT_TRANSLATE_NOOP("Designer", "Italic");
+const char *const kUnderline = QT_TRANSLATE_NOOP("Designer", "Underline");
+const char *const kStrikethrough = QT_TRANSLATE_NOOP("Designer", "Strikethrough");
+const char *const kRegular = QT_TRANSLATE_NOOP("Designer", "Regular");
 
 QString fontText(const QFont &font) {
   QStringList parts{font.family(), shortNumber(font.pointSizeF(), 2) + QStringLiteral(" pt")};
   if (font.bold())
-    parts << QStringLiteral("Bold");
+    parts << designerText(kBold);
   if (font.italic())
-    parts << QStringLiteral("Italic");
+    parts << designerText(kItalic);
   if (font.underline())
-    parts << QStringLiteral("Underline");
+    parts << designerText(kUnderline);
   if (font.strikeOut())
-    parts << QStringLiteral("Strikethrough");
+    parts << designerText(kStrikethrough);
   return parts.join(QStringLiteral(", "));
 }
 
@@ -128,30 +143,29 @@ Variant fontFromText(const QString &text) {
   QFont font = FontObject::defaultFont();
   font.setFamily(parts.first().trimmed());
   if (font.family().isEmpty())
-    refuse(QStringLiteral("\"%1\" is not a font: type its name, size and style, such as DejaVu Sans, 10 pt, Bold")
+    refuse(designerText("\"%1\" is not a font: type its name, size and style, such as DejaVu Sans, 10 pt, Bold")
                .arg(text.trimmed()));
   static const QRegularExpression size(QStringLiteral(R"(^(\d+(?:[.,]\d*)?)\s*(?:pt)?$)"),
                                        QRegularExpression::CaseInsensitiveOption);
   for (qsizetype i = 1; i < parts.size(); ++i) {
     const QString part = parts[i].trimmed();
-    const auto is = [&](const char *word) { return part.compare(QLatin1String(word), Qt::CaseInsensitive) == 0; };
     if (const auto match = size.match(part); match.hasMatch()) {
       const double points = match.captured(1).replace(u',', u'.').toDouble();
       if (points <= 0 || points > 2048)
         raiseError(ErrorNumber::InvalidCall, kSource,
-                   QStringLiteral("A font size is above 0 and at most 2048 points, not %1").arg(part));
+                   designerText("A font size is above 0 and at most 2048 points, not %1").arg(part));
       font.setPointSizeF(points);
-    } else if (is("Bold")) {
+    } else if (isWord(part, kBold)) {
       font.setBold(true);
-    } else if (is("Italic")) {
+    } else if (isWord(part, kItalic)) {
       font.setItalic(true);
-    } else if (is("Underline")) {
+    } else if (isWord(part, kUnderline)) {
       font.setUnderline(true);
-    } else if (is("Strikethrough")) {
+    } else if (isWord(part, kStrikethrough)) {
       font.setStrikeOut(true);
-    } else if (!is("Regular")) {
-      refuse(QStringLiteral("\"%1\" is no size or style of a font: type a size in points, Bold, Italic, Underline "
-                            "or Strikethrough")
+    } else if (!isWord(part, kRegular)) {
+      refuse(designerText("\"%1\" is no size or style of a font: type a size in points, Bold, Italic, Underline "
+                          "or Strikethrough")
                  .arg(part));
     }
   }
@@ -170,12 +184,12 @@ QImage imageOf(const Variant &value) {
 
 Variant pictureFromText(const QString &text) {
   const QString path = text.trimmed();
-  if (path.isEmpty() || path == kNoPicture)
+  if (path.isEmpty() || isWord(path, kNoPicture))
     return Variant(ObjectRef(std::make_shared<ImageValue>(QImage())));
   QImageReader reader(path);
   QImage image = reader.read();
   if (image.isNull())
-    refuse(QStringLiteral("\"%1\" cannot be read as a picture: %2").arg(path, reader.errorString()));
+    refuse(designerText("\"%1\" cannot be read as a picture: %2").arg(path, reader.errorString()));
   return Variant(ObjectRef(std::make_shared<ImageValue>(std::move(image))));
 }
 
@@ -189,28 +203,33 @@ const PropertyChoice *choiceOf(const DesignProperty &property, const Variant &va
   return nullptr;
 }
 
+// A choice by its label, in English or as the list shows it.
 Variant choiceFromText(const DesignProperty &property, const QString &text) {
   const QString given = text.trimmed();
   QStringList labels;
   for (const PropertyChoice &choice : property.choices) {
-    if (given.compare(choice.label, Qt::CaseInsensitive) == 0)
+    const QString shown = designerText(choice.label);
+    if (given.compare(shown, Qt::CaseInsensitive) == 0 || given.compare(choice.label, Qt::CaseInsensitive) == 0)
       return choice.value;
-    labels << choice.label;
+    labels << shown;
   }
   if (const PropertyChoice *choice = choiceOf(property, Variant(given)))
     return choice->value;
-  refuse(QStringLiteral("\"%1\" is not one of %2").arg(given, labels.join(QStringLiteral(", "))));
+  refuse(designerText("\"%1\" is not one of %2").arg(given, labels.join(QStringLiteral(", "))));
 }
+
+const char *const kTrue = QT_TRANSLATE_NOOP("Designer", "True");
+const char *const kFalse = QT_TRANSLATE_NOOP("Designer", "False");
 
 Variant booleanFromText(const QString &text) {
   const QString given = text.trimmed();
-  for (const char *yes : {"True", "Yes", "1", "-1"})
-    if (given.compare(QLatin1String(yes), Qt::CaseInsensitive) == 0)
+  for (const char *yes : {kTrue, "Yes", "1", "-1"})
+    if (isWord(given, yes))
       return Variant(true);
-  for (const char *no : {"False", "No", "0"})
-    if (given.compare(QLatin1String(no), Qt::CaseInsensitive) == 0)
+  for (const char *no : {kFalse, "No", "0"})
+    if (isWord(given, no))
       return Variant(false);
-  refuse(QStringLiteral("\"%1\" is neither True nor False").arg(given));
+  refuse(designerText("\"%1\" is neither %2 nor %3").arg(given, designerText(kTrue), designerText(kFalse)));
 }
 
 } // namespace
@@ -222,16 +241,17 @@ QString valueText(const DesignProperty &property, const Variant &value, int rule
   case PropertyType::OutputFormat: return value.toText();
   case PropertyType::Length:
   case PropertyType::Points: return lengthText(value.toNumberOr(0), shownUnit(property, rulerUnits));
-  case PropertyType::Boolean: return value.toBool() ? QStringLiteral("True") : QStringLiteral("False");
+  case PropertyType::Boolean: return designerText(value.toBool() ? kTrue : kFalse);
   case PropertyType::Color: return colorText(value);
   case PropertyType::Enumeration: {
     const PropertyChoice *choice = choiceOf(property, value);
-    return choice ? choice->label : value.toText();
+    return choice ? designerText(choice->label) : value.toText();
   }
   case PropertyType::Font: return fontText(fontOf(value));
   case PropertyType::Picture: {
     const QImage image = imageOf(value);
-    return image.isNull() ? kNoPicture : QStringLiteral("%1 × %2 pixels").arg(image.width()).arg(image.height());
+    return image.isNull() ? designerText(kNoPicture)
+                          : designerText("%1 × %2 pixels").arg(image.width()).arg(image.height());
   }
   }
   return value.toText();

@@ -2,10 +2,14 @@
 
 #include "engine/designer/CodeEditor.h"
 #include "engine/designer/DesignerDocument.h"
+#include "engine/designer/DesignerMessages.h"
+#include "engine/designer/DesignerText.h"
 #include "engine/designer/FindBar.h"
 #include "engine/designer/ScriptHighlighter.h"
 #include "engine/model/LayoutReport.h"
 #include "engine/model/Section.h"
+
+#include "hostapi/Ui.h"
 
 #include "core/Error.h"
 #include "script/ScriptEngine.h"
@@ -45,7 +49,7 @@ void addShortcut(QWidget &window, const QString &name, const QKeySequence &key, 
 ScriptEditor::ScriptEditor(DesignerDocument &document, QWidget *parent)
     : QDialog(parent), document_(document), language_(scriptLanguageNamed(document.report()->scriptLanguage)) {
   setObjectName(QStringLiteral("ScriptEditor"));
-  setWindowTitle(tr("Script - %1").arg(document.report()->scriptLanguage));
+  setWindowTitle(designerText("Script - %1").arg(document.report()->scriptLanguage));
   setSizeGripEnabled(true);
 
   objects_ = new QComboBox;
@@ -57,16 +61,16 @@ ScriptEditor::ScriptEditor(DesignerDocument &document, QWidget *parent)
   objects_->setSizeAdjustPolicy(QComboBox::AdjustToContents);
   events_ = new QComboBox;
   events_->setObjectName(QStringLiteral("CboEvent"));
-  events_->setPlaceholderText(tr("(choose an event)"));
+  events_->setPlaceholderText(designerText("(choose an event)"));
   events_->setMinimumContentsLength(16);
-  auto *objectLabel = new QLabel(tr("&Object:"));
+  auto *objectLabel = new QLabel(designerText("&Object:"));
   objectLabel->setBuddy(objects_);
-  auto *eventLabel = new QLabel(tr("&Event:"));
+  auto *eventLabel = new QLabel(designerText("&Event:"));
   eventLabel->setBuddy(events_);
-  auto *checkButton = new QPushButton(tr("Chec&k"));
+  auto *checkButton = new QPushButton(designerText("Chec&k"));
   checkButton->setObjectName(QStringLiteral("CmdCheck"));
   checkButton->setAutoDefault(false);
-  checkButton->setToolTip(tr("Compiles the script without running it"));
+  checkButton->setToolTip(designerText("Compiles the script without running it"));
 
   editor_ = new CodeEditor;
   editor_->setObjectName(QStringLiteral("TxtScript"));
@@ -80,7 +84,9 @@ ScriptEditor::ScriptEditor(DesignerDocument &document, QWidget *parent)
   checkOutcome_->setTextInteractionFlags(Qt::TextSelectableByMouse);
   auto *buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
   buttons->button(QDialogButtonBox::Ok)->setObjectName(QStringLiteral("CmdOK"));
+  buttons->button(QDialogButtonBox::Ok)->setText(designerText("OK"));
   buttons->button(QDialogButtonBox::Cancel)->setObjectName(QStringLiteral("CmdCancel"));
+  buttons->button(QDialogButtonBox::Cancel)->setText(designerText("Cancel"));
 
   auto *top = new QHBoxLayout;
   top->addWidget(objectLabel);
@@ -139,7 +145,7 @@ QString ScriptEditor::objectNamed(const QString &name) const {
   const auto section = document_.report()->sections()->find(name);
   if (!section)
     raiseError(ErrorNumber::InvalidCall, QStringLiteral("ScriptEditor"),
-               tr("The layout has no section named '%1'").arg(name));
+               designerText("The layout has no section named '%1'").arg(name));
   return section->name;
 }
 
@@ -151,7 +157,7 @@ void ScriptEditor::insertEvent(const QString &object, const QString &event) {
   });
   if (found == events.end())
     raiseError(ErrorNumber::InvalidCall, QStringLiteral("ScriptEditor"),
-               tr("%1 has no event named '%2'").arg(owner, event));
+               designerText("%1 has no event named '%2'").arg(owner, event));
   const QString name = procedureName(owner, found->name);
   const QString text = editor_->toPlainText();
   QTextCursor cursor(editor_->document());
@@ -184,20 +190,20 @@ bool ScriptEditor::check() {
     const auto engine = script::createScriptEngine(document_.report()->scriptLanguage);
     engine->checkSyntax(editor_->toPlainText());
     editor_->markErrorLine(0);
-    showCheck(tr("No errors found."), false);
+    showCheck(designerText("No errors found."), false);
     passed = true;
   } catch (const script::ScriptError &error) {
     editor_->markErrorLine(error.line());
     if (error.line() > 0) {
       editor_->goTo(error.line(), error.column());
-      showCheck(tr("Line %1, column %2: %3 (%4)")
+      showCheck(designerText("Line %1, column %2: %3 (%4)")
                     .arg(error.line())
                     .arg(error.column())
                     .arg(error.description())
                     .arg(error.number()),
                 true);
     } else {
-      showCheck(tr("%1 (%2)").arg(error.description()).arg(error.number()), true);
+      showCheck(QStringLiteral("%1 (%2)").arg(error.description()).arg(error.number()), true);
     }
   } catch (...) {
     editor_->markErrorLine(0);
@@ -217,10 +223,21 @@ void ScriptEditor::showCheck(const QString &text, bool failed) {
 void ScriptEditor::accept() {
   const QString text = editor_->toPlainText();
   if (text != shown_) {
-    DesignerDocument::Edit edit(document_, tr("Script"));
+    DesignerDocument::Edit edit(document_, designerText("Script"));
     document_.report()->script = text;
   }
   QDialog::accept();
+}
+
+void ScriptEditor::reject() {
+  try {
+    if (editor_->toPlainText() != shown_ &&
+        tellUser(owner_, DesignMessage::DiscardScriptChanges) != hostapi::MsgBox::Yes)
+      return;
+  } catch (...) {
+    return; // nobody could be asked: the changes stay, and so does the editor
+  }
+  QDialog::reject();
 }
 
 } // namespace kordel::engine

@@ -11,6 +11,7 @@ namespace kordel::engine {
 
 class CodeEditor;
 class DesignerDocument;
+class DesignerEvents;
 class FindBar;
 
 // The editor of a layout's report script, in the layout's language: the
@@ -21,11 +22,15 @@ class FindBar;
 // the script with the engine's script host without running it and puts
 // the cursor on the line of its error. OK writes the script back as one
 // step of the document's history ("Script"); Cancel leaves the layout as
-// it was.
+// it was, and with changes made asks first whether to discard them.
 class ScriptEditor final : public QDialog {
   Q_OBJECT
 public:
   explicit ScriptEditor(DesignerDocument &document, QWidget *parent = nullptr);
+
+  // The owner's events, which the question whether to discard changes goes
+  // through; without them the designer asks in its own box.
+  void setEvents(DesignerEvents *events) { owner_ = events; }
 
   CodeEditor &editor() const { return *editor_; }
   FindBar &findBar() const { return *findBar_; }
@@ -40,6 +45,10 @@ public:
   bool check();
   // Writes the script back, when it changed, and closes.
   void accept() override;
+  // Cancel, Escape and closing the window: with the script changed, asks
+  // whether to discard the changes (DesignMessage::DiscardScriptChanges)
+  // and stays open unless the answer is Yes.
+  void reject() override;
 
 private:
   void fillEvents();
@@ -49,6 +58,7 @@ private:
   QString objectNamed(const QString &name) const;
 
   DesignerDocument &document_;
+  DesignerEvents *owner_ = nullptr;
   ScriptLanguage language_;
   QString shown_; // the script as the editor first showed it
   CodeEditor *editor_;

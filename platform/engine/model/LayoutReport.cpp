@@ -240,6 +240,12 @@ const MemberTable &LayoutReport::layoutMemberTable() {
                                })),
       // SaveLayout(path, format, out): to the file, or with an empty path
       // into the ByRef out and as the result.
+      method<R>("RefreshLayout",
+                [](R &r, Args &a) {
+                  expectArgs(a, 0, 0);
+                  r.refreshLayout();
+                  return Variant();
+                }),
       method<R>("SaveLayout",
                 [](R &r, Args &a) {
                   expectArgs(a, 2, 3);

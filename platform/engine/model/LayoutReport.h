@@ -9,6 +9,7 @@
 #include <QPointer>
 #include <QStringList>
 
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -133,6 +134,15 @@ public:
     eventSink_ = sink;
   }
 
+  // What RefreshLayout tells: the designer that shows the layout redraws
+  // it and takes what changed as one step of its history. A layout shown
+  // by no designer has none.
+  void setRefreshListener(std::function<void()> listener) { refreshListener_ = std::move(listener); }
+  void refreshLayout() const {
+    if (refreshListener_)
+      refreshListener_();
+  }
+
   // Runs the layout onto new pages. Script errors do not stop a run; they
   // are kept, each with its place, in runErrors.
   void run();
@@ -192,6 +202,7 @@ private:
   QStringList runErrors_;
   int runHolds_ = 0;
   bool languageFixed_ = false;
+  std::function<void()> refreshListener_;
   std::unique_ptr<Output> output_; // while the preview is open
   QPointer<PreviewWindow> preview_;
 };

@@ -45,6 +45,10 @@ QFont ReportingUi::chooseFont(const QFont &initial, const QString &title) {
   return windows_->chooseFont(initial, title);
 }
 
+std::optional<QColor> ReportingUi::chooseColor(const QColor &initial, const QString &title) {
+  return windows_->chooseColor(initial, title);
+}
+
 void ReportingUi::showModal(QWidget &window) { windows_->showModal(window); }
 
 void ReportingUi::setWaitCursor(bool busy) { windows_->setWaitCursor(busy); }

@@ -24,6 +24,7 @@ public:
   QString openFile(const hostapi::FileDialogRequest &request) override;
   QString saveFile(const hostapi::FileDialogRequest &request) override;
   QFont chooseFont(const QFont &initial, const QString &title) override;
+  std::optional<QColor> chooseColor(const QColor &initial, const QString &title) override;
   void showModal(QWidget &window) override;
   void setWaitCursor(bool busy) override;
 

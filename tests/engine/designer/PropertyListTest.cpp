@@ -1,7 +1,7 @@
 // The designer's property list and format bar on a real document: edits of
 // several controls at once as one step of the history, blank values where
 // the selection differs, lengths in the ruler's unit, refused text, the
-// report's own properties, the dialogs through their hooks, the owner's
+// report's own properties, the dialogs through the host's Ui, the owner's
 // events, the keyboard, and the table of properties against the layout
 // file's attributes.
 
@@ -17,16 +17,17 @@
 #include "engine/model/LayoutReport.h"
 #include "engine/model/Section.h"
 
+#include "support/ScriptedUi.h"
 #include "support/TempDir.h"
 
 #include <QAction>
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
-#include <QDir>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
+#include <QScopeGuard>
 #include <QTest>
 #include <QXmlStreamReader>
 
@@ -93,7 +94,6 @@ class PropertyListTest : public ::testing::Test {
 protected:
   void SetUp() override {
     document_.load(sampleLayout());
-    list_.setDialogs(dialogs_);
     list_.resize(380, 700);
     list_.show();
     ASSERT_TRUE(QTest::qWaitForWindowExposed(&list_));
@@ -121,7 +121,6 @@ protected:
   }
 
   DesignerDocument document_;
-  DesignDialogs dialogs_;
   PropertyList list_{document_};
 };
 
@@ -328,14 +327,14 @@ TEST_F(PropertyListTest, ThePrintWidthAsksTheOwnerAndACancelChangesNothing) {
   EXPECT_FALSE(list_.setValue(QStringLiteral("PrintWidth"), QStringLiteral("7")));
   EXPECT_FLOAT_EQ(document_.report()->printWidth, 9360);
   EXPECT_EQ(list_.shownText(QStringLiteral("PrintWidth")), QStringLiteral("6.5 in"));
-  EXPECT_EQ(events.asked, std::vector<int>{DesignChange::PrintWidthChanging});
+  EXPECT_EQ(events.asked, std::vector<int>{DesignChange::PrintWidth});
   EXPECT_TRUE(events.changed.empty());
   EXPECT_EQ(changedCalls, 0);
 
   events.cancel = false;
   EXPECT_TRUE(list_.setValue(QStringLiteral("PrintWidth"), QStringLiteral("7")));
   EXPECT_FLOAT_EQ(document_.report()->printWidth, 10080);
-  EXPECT_EQ(events.changed, std::vector<int>{DesignChange::PropertyChanged});
+  EXPECT_EQ(events.changed, std::vector<int>{DesignChange::PrintWidth});
   EXPECT_EQ(changedCalls, 1);
 
   events.changed.clear();
@@ -347,36 +346,27 @@ TEST_F(PropertyListTest, ThePrintWidthAsksTheOwnerAndACancelChangesNothing) {
 
 // ---- Dialogs ----
 
-TEST_F(PropertyListTest, DialogsGiveTheirChoiceToEverySelectedControl) {
-  std::optional<QColor> colour = QColor(200, 16, 32);
-  std::optional<QFont> font;
-  std::optional<QString> picture;
-  QColor offered;
-  dialogs_.chooseColor = [&](const QColor &initial, QWidget *) {
-    offered = initial;
-    return colour;
-  };
-  dialogs_.chooseFont = [&](const QFont &, QWidget *) { return font; };
-  dialogs_.choosePictureFile = [&](QWidget *) { return picture; };
-  list_.setDialogs(dialogs_);
+TEST_F(PropertyListTest, DialogsThroughTheUiGiveTheirChoiceToEverySelectedControl) {
+  const auto ui = std::make_shared<test::ScriptedUi>();
+  hostapi::installUi(ui);
+  const auto uninstall = qScopeGuard([] { hostapi::installUi(nullptr); });
+  ui->colorAnswers = {QColor(200, 16, 32), QColor()};
 
   selectControls({"Label1", "Field1"});
   EXPECT_TRUE(list_.chooseValue(QStringLiteral("ForeColor")));
-  EXPECT_EQ(offered, QColor(Qt::black));
+  EXPECT_EQ(ui->colorsOffered, std::vector<QColor>{QColor(Qt::black)});
   EXPECT_EQ(controlAs<Label>("Label1").foreColor, QColor(200, 16, 32));
   EXPECT_EQ(controlAs<Field>("Field1").foreColor, QColor(200, 16, 32));
   EXPECT_EQ(list_.shownText(QStringLiteral("ForeColor")), QStringLiteral("#c81020"));
-
-  colour.reset();
   const QByteArray chosen = document_.save();
   EXPECT_FALSE(list_.chooseValue(QStringLiteral("BackColor")));
   EXPECT_EQ(document_.save(), chosen) << "a cancelled dialog changes nothing";
 
+  // F4 in the font's row opens the dialog.
   QFont serif(QStringLiteral("DejaVu Serif"));
   serif.setPointSizeF(14);
   serif.setBold(true);
-  font = serif;
-  // F4 in the font's row opens the dialog.
+  ui->fontAnswers = {serif};
   QTest::keyClick(input<QLineEdit>("Font"), Qt::Key_F4);
   for (const char *name : {"Label1", "Field1"}) {
     const QFont now = control(name)->font->font();
@@ -392,13 +382,16 @@ TEST_F(PropertyListTest, DialogsGiveTheirChoiceToEverySelectedControl) {
   ASSERT_TRUE(image.save(dir.file(QStringLiteral("logo.png"))));
   ASSERT_TRUE(test::writeFile(dir.file(QStringLiteral("notes.png")), "no picture"));
   selectControls({"Picture1"});
-  picture = dir.file(QStringLiteral("notes.png"));
+  ui->fileAnswers = {dir.file(QStringLiteral("notes.png")), dir.file(QStringLiteral("logo.png")), QString()};
   EXPECT_FALSE(list_.chooseValue(QStringLiteral("Picture")));
   EXPECT_TRUE(list_.message().contains(QStringLiteral("cannot be read as a picture")));
-  picture = dir.file(QStringLiteral("logo.png"));
+  ASSERT_FALSE(ui->fileDialogs.empty());
+  EXPECT_TRUE(ui->fileDialogs.front().filter.contains(QStringLiteral("*.png"))) << "pictures are offered";
   EXPECT_TRUE(list_.chooseValue(QStringLiteral("Picture")));
   EXPECT_EQ(controlAs<Picture>("Picture1").image.size(), QSize(12, 8));
   EXPECT_EQ(list_.shownText(QStringLiteral("Picture")), QStringLiteral("12 × 8 pixels"));
+  EXPECT_FALSE(list_.chooseValue(QStringLiteral("Picture"))) << "cancelled";
+  EXPECT_EQ(controlAs<Picture>("Picture1").image.size(), QSize(12, 8));
   EXPECT_TRUE(list_.setValue(QStringLiteral("Picture"), QString()));
   EXPECT_TRUE(controlAs<Picture>("Picture1").image.isNull());
 }
@@ -572,32 +565,6 @@ TEST(DesignPropertiesTest, EveryAttributeOfTheLayoutFileHasARowForItsKind) {
   }
   EXPECT_FALSE(xml.hasError()) << xml.errorString().toStdString();
   EXPECT_GT(checked, 100);
-}
-
-// ---- How it looks ----
-
-TEST_F(PropertyListTest, ALabelsRowsHaveEditorsOfTheirTypes) {
-  list_.setRulerUnits(RulerUnits::Centimetres);
-  selectControls({"Label1"});
-  EXPECT_TRUE(input<QPlainTextEdit>("Caption"));
-  EXPECT_TRUE(input<QComboBox>("Alignment"));
-  EXPECT_TRUE(input<QCheckBox>("Visible"));
-  EXPECT_TRUE(list_.editor(QStringLiteral("Font"))->findChild<QWidget *>("CmdFontChoose"));
-  EXPECT_EQ(list_.shownText(QStringLiteral("Alignment")), QStringLiteral("Left"));
-
-  // Pictures of the list and the bar, to look at.
-  const QImage shot = list_.grab().toImage();
-  EXPECT_FALSE(shot.isNull());
-  shot.save(QDir::temp().filePath(QStringLiteral("kordel-property-list.png")));
-  FormatBar bar(document_);
-  bar.show();
-  bar.grab().save(QDir::temp().filePath(QStringLiteral("kordel-format-bar.png")));
-  selectControls({"Label1", "Field1"});
-  input<QLineEdit>("Width")->setFocus();
-  EXPECT_FALSE(list_.setValue(QStringLiteral("Width"), QStringLiteral("wide")));
-  list_.grab().save(QDir::temp().filePath(QStringLiteral("kordel-property-list-refused.png")));
-  document_.clearSelection();
-  list_.grab().save(QDir::temp().filePath(QStringLiteral("kordel-property-list-report.png")));
 }
 
 } // namespace

@@ -1,23 +1,30 @@
 // The script editor on a designer's document: procedure stubs in both
 // languages, going to a procedure the script has, Check marking the line of
-// an error, OK as one step of the history and Cancel as none, find and
-// replace, the colours of the code and the keys that reach it all.
+// an error, OK as one step of the history and Cancel as none, asking
+// before it discards changes, find and replace, the colours of the code
+// and the keys that reach it all.
 
 #include "engine/designer/CodeEditor.h"
 #include "engine/designer/DesignerDocument.h"
+#include "engine/designer/DesignerEvents.h"
+#include "engine/designer/DesignerMessages.h"
 #include "engine/designer/FindBar.h"
 #include "engine/designer/ScriptEditor.h"
 #include "engine/designer/ScriptHighlighter.h"
 #include "engine/model/LayoutReport.h"
 
 #include "core/Error.h"
+#include "hostapi/Ui.h"
 #include "script/ScriptEngine.h"
+#include "support/ScriptedUi.h"
 
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPushButton>
+#include <QScopeGuard>
 #include <QTest>
 #include <QTextBlock>
 #include <QTextLayout>
@@ -187,17 +194,77 @@ TEST(ScriptEditor, OkIsOneStepThatUndoTakesBackByteForByte) {
   EXPECT_FALSE(document->isDirty());
 }
 
-TEST(ScriptEditor, CancelChangesNothing) {
+// The owner's side of the designer's messages: what was asked, and the
+// answer to give.
+class Answering : public DesignerEvents {
+public:
+  bool validateChange(const ObjectRef &, int) override { return true; }
+  void layoutChanged(const ObjectRef &, int) override {}
+  bool contextMenuOpen(const ObjectRef &, int, QPoint) override { return false; }
+  int message(int number, const QString &, int flags) override {
+    asked.emplace_back(number, flags);
+    return answer;
+  }
+
+  int answer = hostapi::MsgBox::No;
+  std::vector<std::pair<int, int>> asked; // number, flags
+};
+
+TEST(ScriptEditor, CancelWithChangesAsksFirstAndNoKeepsTheEditorOpen) {
   const auto document = documentWith(QStringLiteral("JScript"), QStringLiteral("var a = 1;"));
   const QByteArray before = document->save();
+  Answering owner;
+  {
+    // Nothing changed: Cancel closes without a question.
+    ScriptEditor dialog(*document);
+    dialog.setEvents(&owner);
+    dialog.show();
+    dialog.reject();
+    EXPECT_FALSE(dialog.isVisible());
+    EXPECT_TRUE(owner.asked.empty());
+  }
   ScriptEditor dialog(*document);
+  dialog.setEvents(&owner);
+  dialog.show();
   dialog.insertEvent(QStringLiteral("ActiveReport"), QStringLiteral("FetchData"));
   dialog.editor().insertPlainText(QStringLiteral("return true;"));
-  dialog.reject();
+  auto *cancel = dialog.findChild<QPushButton *>(QStringLiteral("CmdCancel"));
+  ASSERT_TRUE(cancel);
+  QTest::mouseClick(cancel, Qt::LeftButton);
+  EXPECT_TRUE(dialog.isVisible()) << "No keeps the edits";
+  const int yesNo = hostapi::MsgBox::YesNo | hostapi::MsgBox::Question | hostapi::MsgBox::DefaultButton2;
+  EXPECT_EQ(owner.asked, (std::vector<std::pair<int, int>>{{DesignMessage::DiscardScriptChanges, yesNo}}));
+  // Closing the window asks the same.
+  dialog.close();
+  EXPECT_TRUE(dialog.isVisible());
+  EXPECT_EQ(owner.asked.size(), 2u);
+
+  owner.answer = hostapi::MsgBox::Yes;
+  QTest::mouseClick(cancel, Qt::LeftButton);
+  EXPECT_FALSE(dialog.isVisible());
   EXPECT_EQ(dialog.result(), QDialog::Rejected);
   EXPECT_EQ(document->save(), before);
   EXPECT_FALSE(document->canUndo());
   EXPECT_FALSE(document->isDirty());
+}
+
+TEST(ScriptEditor, WithoutAnOwnerTheQuestionIsABoxOfTheUi) {
+  const auto ui = std::make_shared<test::ScriptedUi>();
+  hostapi::installUi(ui);
+  const auto uninstall = qScopeGuard([] { hostapi::installUi(nullptr); });
+  const auto document = documentWith(QStringLiteral("VBScript"), QStringLiteral("Dim a"));
+  ScriptEditor dialog(*document);
+  dialog.show();
+  dialog.editor().insertPlainText(QStringLiteral("' more"));
+  ui->boxAnswers = {hostapi::MsgBox::No, hostapi::MsgBox::Yes};
+  dialog.reject();
+  EXPECT_TRUE(dialog.isVisible());
+  ASSERT_EQ(ui->boxes.size(), 1u);
+  EXPECT_EQ(ui->boxes.front().text, designMessageText(DesignMessage::DiscardScriptChanges));
+  EXPECT_EQ(ui->boxes.front().flags, designMessageFlags(DesignMessage::DiscardScriptChanges));
+  dialog.reject();
+  EXPECT_FALSE(dialog.isVisible());
+  EXPECT_EQ(document->report()->script, QStringLiteral("Dim a"));
 }
 
 TEST(ScriptEditor, FindAndReplace) {
@@ -341,13 +408,6 @@ TEST_F(ScriptEditorWindow, KeysReachEveryPart) {
   const auto *outcome = dialog_.findChild<QLabel *>(QStringLiteral("LblCheck"));
   EXPECT_TRUE(QTest::qWaitFor([&] { return !outcome->text().isEmpty(); }));
   EXPECT_EQ(outcome->text(), QStringLiteral("No errors found."));
-}
-
-TEST_F(ScriptEditorWindow, TheGutterWidensForMoreLines) {
-  CodeEditor &editor = dialog_.editor();
-  const int narrow = editor.gutterWidth();
-  editor.setPlainText(QString(12000, u'\n'));
-  EXPECT_GT(editor.gutterWidth(), narrow);
 }
 
 } // namespace
