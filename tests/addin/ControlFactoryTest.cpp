@@ -2,6 +2,7 @@
 #include "LayoutSketch.h"
 
 #include "design/ControlFactory.h"
+#include "dialogs/DlgSelectSubPage.h"
 #include "document/Page.h"
 #include "document/Pages.h"
 #include "document/Report.h"
@@ -13,6 +14,15 @@
 #include "engine/model/LayoutReport.h"
 #include "hostapi/Layout.h"
 #include "core/Error.h"
+
+#include "common/ScriptExpression.h"
+#include "hostapi/Classes.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QTreeWidget>
 
 #include <gtest/gtest.h>
 
@@ -39,6 +49,42 @@ std::shared_ptr<engine::Control> addControl(const std::shared_ptr<engine::Sectio
   control->set(QStringLiteral("Height"), height);
   return control;
 }
+
+template <class T> T &child(QWidget &window, const char *name) {
+  T *found = window.findChild<T *>(QString::fromLatin1(name));
+  if (!found)
+    throw std::runtime_error(std::string("no control ") + name);
+  return *found;
+}
+
+// Selects the node of a local path in a field tree, opening the relations
+// on the way as a user does.
+void selectPath(QWidget &window, const QString &path) {
+  auto &tree = child<QTreeWidget>(window, "TvwFields");
+  QTreeWidgetItem *node = nullptr;
+  for (const QString &step : path.split(u'.')) {
+    if (node)
+      node->setExpanded(true);
+    const int count = node ? node->childCount() : tree.topLevelItemCount();
+    QTreeWidgetItem *next = nullptr;
+    for (int i = 0; i < count && !next; ++i) {
+      QTreeWidgetItem *candidate = node ? node->child(i) : tree.topLevelItem(i);
+      if (candidate->text(0) == step)
+        next = candidate;
+    }
+    if (!next)
+      throw std::runtime_error("no node " + path.toStdString());
+    node = next;
+  }
+  tree.setCurrentItem(node);
+}
+
+void choose(QWidget &window, const char *combo, const QString &text) {
+  auto &box = child<QComboBox>(window, combo);
+  box.setCurrentIndex(box.findText(text));
+}
+
+void click(QWidget &window, const char *button) { child<QPushButton>(window, button).click(); }
 
 // ---- the factory on a page of the demo database
 
@@ -208,6 +254,181 @@ TEST_F(ControlFactoryTest, SubPagesFollowTheirControlsAtTheSave) {
   EXPECT_FALSE(handle);
   EXPECT_FALSE(report->PageExists("{KEPT}"));
   EXPECT_EQ(detail->controls()->count(), 0);
+}
+
+TEST_F(ControlFactoryTest, PageFieldsComeWithLabelsOverThemOrOnTheirPlaceInAnotherSection) {
+  ControlFactory made = factory();
+  made.SetActiveSection(detail);
+  // Labels in the page header: each field goes where its label stands.
+  ui->modalHandler = [](QWidget &window) {
+    EXPECT_TRUE(child<QCheckBox>(window, "ChkInsertLabels").isChecked()) << "a current section brings labels";
+    selectPath(window, "Last name");
+    click(window, "CmdInsert");
+    selectPath(window, "Company.Name");
+    click(window, "CmdInsert");
+    choose(window, "CboLabelSections", "PageHeader");
+    click(window, "CmdOK");
+  };
+  ASSERT_TRUE(made.CreatePageFields());
+  EXPECT_EQ(refreshes, 1);
+  const auto label = control("lbl_header1");
+  const auto field = control("fld_lastname1");
+  ASSERT_TRUE(label && field);
+  EXPECT_EQ(label->section()->name, "PageHeader");
+  EXPECT_EQ(str(label, "Caption"), "Last name");
+  EXPECT_EQ(str(field, "Text"), "<Last name>");
+  EXPECT_EQ(str(field, "DataField"), "Last name");
+  EXPECT_EQ(num(field, "Left"), num(label, "Left"));
+  EXPECT_EQ(num(field, "Top"), num(label, "Top"));
+  EXPECT_GT(num(control("fld_companyname1"), "Left"), num(field, "Left") + num(field, "Width"));
+
+  // Labels in the fields' own section: each field goes under its label.
+  ui->modalHandler = [](QWidget &window) {
+    selectPath(window, "Company.Name");
+    click(window, "CmdInsert");
+    click(window, "CmdOK");
+  };
+  ASSERT_TRUE(made.CreatePageFields());
+  const auto again = control("fld_companyname2");
+  const auto overIt = control("lbl_header3");
+  ASSERT_TRUE(again && overIt);
+  EXPECT_EQ(overIt->section()->name, "Detail");
+  EXPECT_EQ(num(again, "Left"), num(overIt, "Left"));
+  EXPECT_EQ(num(again, "Top"), num(overIt, "Top") + num(overIt, "Height"));
+  EXPECT_GE(detail->height, num(again, "Top") + num(again, "Height") + 115);
+
+  made.UpdateReportFields();
+  EXPECT_EQ(pageFieldNames(), (QStringList{"lastname", "company.name"})); // two controls, one field
+
+  // A cancelled dialog changes nothing.
+  ui->modalHandler = [](QWidget &window) { click(window, "CmdCancel"); };
+  const int controls = detail->controls()->count();
+  ASSERT_TRUE(made.CreatePageFields());
+  EXPECT_EQ(detail->controls()->count(), controls);
+}
+
+TEST_F(ControlFactoryTest, ScriptFieldsKeepTheirExpressionsThroughTheInternalForm) {
+  const QString expression = QStringLiteral("[Last name] & \", \" & Text(\"Company.Name\")");
+  ControlFactory made = factory();
+  ui->modalHandler = [&](QWidget &window) {
+    child<QPlainTextEdit>(window, "TbEditor").setPlainText(expression);
+    click(window, "CmdUse");
+    click(window, "CmdOK");
+  };
+  ASSERT_TRUE(made.CreateScriptFields());
+  const auto field = control("fld_script1");
+  ASSERT_TRUE(field);
+  EXPECT_EQ(str(field, "DataField"), "vbscript:script1");
+  EXPECT_EQ(str(field, "Text"), "<vbscript:" + expression + ">");
+  EXPECT_EQ(field->section()->name, "PageHeader"); // no current section: the first one
+
+  made.UpdateReportFields();
+  const auto stored = page->Fields()->Field("vbscript:script1");
+  ASSERT_TRUE(stored);
+  EXPECT_EQ(stored->Expression, "[lastname] & \", \" & Text(\"company.name\")");
+  EXPECT_EQ(addin::ConvertScriptExpression(page->Class()->fields(), stored->Expression, 1), expression);
+
+  // Its name stays when the control is renamed; a group on it lives as
+  // long as the control does.
+  field->name = QStringLiteral("renamed");
+  const auto group = layout->sections()->add(QStringLiteral("GroupScript1"), 1, SectionType::GroupHeader, 300);
+  group->dataField = QStringLiteral("vbscript:script1");
+  made.UpdateReportFields();
+  EXPECT_EQ(pageFieldNames(), QStringList{"vbscript:script1"});
+  EXPECT_EQ(group->dataField, "vbscript:script1");
+}
+
+TEST_F(ControlFactoryTest, AGroupWrapsTheDetailMostClosely) {
+  ControlFactory made = factory();
+  ui->modalHandler = [](QWidget &window) {
+    selectPath(window, "Company.Country");
+    click(window, "CmdOK");
+  };
+  ASSERT_TRUE(made.CreateGroupSection());
+  ASSERT_TRUE(made.CreateGroupSection());
+  QStringList names;
+  for (const auto &section : layout->sections()->all())
+    names << section->name;
+  EXPECT_EQ(names, (QStringList{"PageHeader", "GroupCompanyCountry1", "GroupCompanyCountry2", "Detail",
+                                "SumCompanyCountry2", "SumCompanyCountry1", "PageFooter"}));
+  EXPECT_EQ(layout->sections()->find("GroupCompanyCountry2")->dataField, "Company.Country");
+  EXPECT_EQ(layout->sections()->find("SumCompanyCountry1")->height, 370);
+  made.UpdateReportFields();
+  EXPECT_EQ(pageFieldNames(), QStringList{"company.country"});
+
+  // Without a detail section nothing happens, and nothing is said.
+  made.RemoveSectionByType(int(SectionType::Detail));
+  const int count = layout->sections()->count();
+  EXPECT_TRUE(made.CreateGroupSection());
+  EXPECT_EQ(layout->sections()->count(), count);
+  EXPECT_TRUE(ui->boxes.empty());
+}
+
+TEST_F(ControlFactoryTest, SubPagesAreMadeMovedAndTakenBackWithTheirControls) {
+  report = std::make_shared<addin::Report>();
+  report->LoadContents(Variant());
+  ASSERT_TRUE(report->Create(QStringLiteral("company")));
+  page = report->Page();
+  ControlFactory made = factory();
+  made.SetActiveSection(detail);
+
+  const auto pickRelation = [](const QString &path) {
+    return [path](QWidget &window) {
+      selectPath(window, path);
+      static_cast<addin::DlgSelectSubPage &>(window).FieldCtrl_FieldSelected();
+      click(window, "CmdOK");
+    };
+  };
+  ui->modalHandler = pickRelation("Persons");
+  ObjectRef none;
+  ASSERT_TRUE(made.CreateSubPage(none));
+  ASSERT_TRUE(none);
+  const auto sub = std::dynamic_pointer_cast<engine::Control>(none);
+  EXPECT_EQ(sub->section()->name, "Detail");
+  EXPECT_EQ(num(sub, "Left"), 0);
+  EXPECT_EQ(num(sub, "Width"), layout->printWidth);
+  const QString guid = str(sub, "Tag");
+  ASSERT_TRUE(report->PageExists(guid));
+  const auto subPage = report->LookupPage(guid);
+  EXPECT_EQ(subPage->Name(), str(sub, "ReportName"));
+  EXPECT_EQ(subPage->Source(), "person");
+  EXPECT_EQ(subPage->Parent()->Guid(), page->Guid());
+
+  // A sub page of the sub page takes the whole path as its source.
+  ControlFactory inner;
+  const auto innerLayout = engine::LayoutReport::create();
+  const auto innerDetail = innerLayout->sections()->add("Detail", 0, SectionType::Detail, 300);
+  inner.SetActiveReport(innerLayout);
+  inner.SetReportPage(subPage);
+  inner.SetActiveSection(innerDetail);
+  ui->modalHandler = pickRelation("Deals");
+  ObjectRef innerControl;
+  ASSERT_TRUE(inner.CreateSubPage(innerControl));
+  EXPECT_EQ(report->LookupPage(str(std::dynamic_pointer_cast<engine::Control>(innerControl), "Tag"))->Source(),
+            "person.deal");
+
+  // Moving keeps name, page and place; the page is not touched.
+  ui->modalHandler = [](QWidget &window) {
+    choose(window, "CboSection", "PageFooter");
+    click(window, "CmdOK");
+  };
+  const QString name = sub->name;
+  made.MoveSubReport(sub);
+  const auto moved = control(name);
+  ASSERT_TRUE(moved);
+  EXPECT_EQ(moved->section()->name, "PageFooter");
+  EXPECT_EQ(str(moved, "Tag"), guid);
+  EXPECT_EQ(detail->controls()->count(), 0);
+
+  // A control drawn with the tool goes again when the dialog is cancelled,
+  // and no page is made.
+  const int pages = page->Pages()->Count();
+  ObjectRef drawn = addControl(detail, hostapi::kSubReportProgId, 100, 100, 3000, 600);
+  ui->modalHandler = [](QWidget &window) { click(window, "CmdCancel"); };
+  ASSERT_TRUE(made.CreateSubPage(drawn));
+  EXPECT_FALSE(drawn);
+  EXPECT_EQ(detail->controls()->count(), 0);
+  EXPECT_EQ(page->Pages()->Count(), pages);
 }
 
 } // namespace
