@@ -19,6 +19,7 @@
 #include "hostapi/Classes.h"
 
 #include <QCheckBox>
+#include <QFile>
 #include <QComboBox>
 #include <QPlainTextEdit>
 #include <QPushButton>
@@ -429,6 +430,88 @@ TEST_F(ControlFactoryTest, SubPagesAreMadeMovedAndTakenBackWithTheirControls) {
   EXPECT_FALSE(drawn);
   EXPECT_EQ(detail->controls()->count(), 0);
   EXPECT_EQ(page->Pages()->Count(), pages);
+}
+
+// The pages of a report document with their sources and fields, sub
+// pages after their parents.
+QStringList outline(const std::shared_ptr<addin::Page> &top) {
+  QStringList lines;
+  std::function<void(const std::shared_ptr<addin::Page> &, int)> walk = [&](const auto &page, int depth) {
+    QStringList fields;
+    for (int i = 1; i <= page->Fields()->Count(); ++i)
+      fields << page->Fields()->Item(i)->Name;
+    lines << QString(depth * 2, u' ') + page->Source() + u':' + fields.join(u',');
+    for (int i = 1; i <= page->Pages()->Count(); ++i)
+      walk(page->Pages()->Item(i), depth + 1);
+  };
+  walk(top, 0);
+  return lines;
+}
+
+TEST_F(ControlFactoryTest, TheDemoCompanyHistoryCanBeBuiltThroughTheFactoryAlone) {
+  report = std::make_shared<addin::Report>();
+  report->LoadContents(Variant());
+  ASSERT_TRUE(report->Create(QStringLiteral("company")));
+  page = report->Page();
+
+  const auto fieldsInto = [this](const QString &section, const QStringList &paths) {
+    ui->modalHandler = [section, paths](QWidget &window) {
+      for (const QString &path : paths) {
+        selectPath(window, path);
+        click(window, "CmdInsert");
+      }
+      choose(window, "CboFieldSections", section);
+      click(window, "CmdOK");
+    };
+  };
+  const auto subPageOn = [this](const QString &relation) {
+    ui->modalHandler = [relation](QWidget &window) {
+      selectPath(window, relation);
+      static_cast<addin::DlgSelectSubPage &>(window).FieldCtrl_FieldSelected();
+      choose(window, "CboPageSection", "Detail");
+      click(window, "CmdOK");
+    };
+  };
+  // Each page's layout as a user builds it: fields, then the sub page
+  // below them.
+  const auto build = [&](const std::shared_ptr<addin::Page> &onPage, const std::shared_ptr<engine::LayoutReport> &on,
+                         const QStringList &paths, const QString &relation) {
+    ControlFactory made;
+    made.SetActiveReport(on);
+    made.SetReportPage(onPage);
+    fieldsInto("Detail", paths);
+    EXPECT_TRUE(made.CreatePageFields());
+    ObjectRef control;
+    if (!relation.isEmpty()) {
+      subPageOn(relation);
+      EXPECT_TRUE(made.CreateSubPage(control));
+    }
+    made.UpdateReportFields();
+    made.UpdateSubPages();
+    return control ? report->LookupPage(control->get("Tag").toString()) : nullptr;
+  };
+  ControlFactory top = factory();
+  ASSERT_TRUE(top.CreateBuiltInField(ControlFactory::Date, "PageHeader"));
+  ASSERT_TRUE(top.CreateBuiltInField(ControlFactory::PageNumber, "PageFooter"));
+  ASSERT_TRUE(top.CreateBuiltInField(ControlFactory::PageTotal, "PageFooter"));
+  const auto newLayout = [] {
+    const auto made = engine::LayoutReport::create();
+    made->sections()->add("Detail", 0, SectionType::Detail, 300);
+    return made;
+  };
+  const auto persons = build(page, layout, {"Name", "City"}, "Persons");
+  ASSERT_TRUE(persons);
+  const auto history = build(persons, newLayout(), {"First name", "Last name", "Position"}, "History");
+  ASSERT_TRUE(history);
+  build(history, newLayout(), {"Date", "Type", "Note"}, QString());
+
+  QFile file(QStringLiteral(KORDEL_SOURCE_DIR "/platform/host/cli/demo-reports/3-company-history.xml"));
+  ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+  const auto demo = std::make_shared<addin::Report>();
+  demo->LoadContents(Variant(QString::fromUtf8(file.readAll())));
+  EXPECT_EQ(outline(demo->Page()), (QStringList{"company:name,city", "  person:firstname,lastname,position",
+                                                "    person.history:date,type,note"}));
+  EXPECT_EQ(outline(page), outline(demo->Page()));
 }
 
 } // namespace
