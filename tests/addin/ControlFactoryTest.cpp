@@ -102,7 +102,7 @@ protected:
     layout->sections()->add(QStringLiteral("PageHeader"), 0, SectionType::PageHeader, 300);
     detail = layout->sections()->add(QStringLiteral("Detail"), 1, SectionType::Detail, 300);
     layout->sections()->add(QStringLiteral("PageFooter"), 2, SectionType::PageFooter, 300);
-    layout->setRefreshListener([this] { ++refreshes; });
+    layout->setChangeListener([this](engine::LayoutReport::OutsideChange) { ++refreshes; });
   }
 
   ControlFactory factory() const {

@@ -26,8 +26,18 @@ QString nameOf(const Object &object) {
 
 DesignerDocument::DesignerDocument() : report_(LayoutReport::create()) {
   // Sections and controls added or removed through the layout object (the
-  // add-in inserting fields) come back here as a step of the history.
-  report_->setRefreshListener([this] { noteOutsideChange(); });
+  // add-in inserting fields) come back here as a step of the history; a
+  // layout loaded through it starts a new history, as one opened here.
+  report_->setChangeListener([this](LayoutReport::OutsideChange change) {
+    if (change == LayoutReport::OutsideChange::Refreshed) {
+      noteOutsideChange();
+      return;
+    }
+    selection_.clear();
+    startHistory();
+    emit selectionChanged();
+    emit layoutChanged();
+  });
   newReport();
 }
 

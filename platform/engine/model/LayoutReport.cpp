@@ -236,6 +236,7 @@ const MemberTable &LayoutReport::layoutMemberTable() {
                                [](R &r, Args &a) {
                                  expectArgs(a, 1, 1);
                                  loadLayout(r, a[0].isByteArray() ? a[0].rawBytes() : a[0].toString().toUtf8());
+                                 r.tellChange(LayoutReport::OutsideChange::Replaced);
                                  return Variant();
                                })),
       // SaveLayout(path, format, out): to the file, or with an empty path
@@ -243,7 +244,7 @@ const MemberTable &LayoutReport::layoutMemberTable() {
       method<R>("RefreshLayout",
                 [](R &r, Args &a) {
                   expectArgs(a, 0, 0);
-                  r.refreshLayout();
+                  r.tellChange(LayoutReport::OutsideChange::Refreshed);
                   return Variant();
                 }),
       method<R>("SaveLayout",

@@ -134,13 +134,15 @@ public:
     eventSink_ = sink;
   }
 
-  // What RefreshLayout tells: the designer that shows the layout redraws
-  // it and takes what changed as one step of its history. A layout shown
-  // by no designer has none.
-  void setRefreshListener(std::function<void()> listener) { refreshListener_ = std::move(listener); }
-  void refreshLayout() const {
-    if (refreshListener_)
-      refreshListener_();
+  // What the designer showing the layout hears of changes made through
+  // the layout object: RefreshLayout (sections or controls added or
+  // removed: a step of its history) and LoadLayout (a new layout: a new
+  // history). A layout shown by no designer has no listener.
+  enum class OutsideChange { Refreshed, Replaced };
+  void setChangeListener(std::function<void(OutsideChange)> listener) { changeListener_ = std::move(listener); }
+  void tellChange(OutsideChange change) const {
+    if (changeListener_)
+      changeListener_(change);
   }
 
   // Runs the layout onto new pages. Script errors do not stop a run; they
@@ -202,7 +204,7 @@ private:
   QStringList runErrors_;
   int runHolds_ = 0;
   bool languageFixed_ = false;
-  std::function<void()> refreshListener_;
+  std::function<void(OutsideChange)> changeListener_;
   std::unique_ptr<Output> output_; // while the preview is open
   QPointer<PreviewWindow> preview_;
 };
