@@ -46,6 +46,10 @@ public:
 
   void IReport_PrintOut(bool showDialog, const ObjectRef &context) override;
   void IReport_PrintPreview(const ObjectRef &context) override;
+  // Opens the designer on the report; cancel is true when the report did
+  // not come out of it complete. A report of another class than the one
+  // given is refused.
+  void IReport_Configure(bool &cancel, const std::shared_ptr<hostapi::Class> &reportClass) override;
 
   // Reads the record in its layout, or in the older one ("Name", "A", "C",
   // "Contents") when any value of the current layout is missing. Errors of
@@ -58,6 +62,9 @@ public:
   // The designer saved the document: take its name and contents and store
   // the report in its host file at once.
   void m_Designer_OnSave(const std::shared_ptr<Report> &report);
+  // The designer window on the report, modally; a new report gets its
+  // class first. ok: the report came out complete.
+  void Configure(const std::shared_ptr<Report> &report, const std::shared_ptr<hostapi::Class> &reportClass, bool &ok);
 
   // Loads the document and prints, previews (preview) or exports it.
   void PrintReport(bool preview, bool showDialog, const std::shared_ptr<hostapi::ReportContext> &context);

@@ -57,9 +57,12 @@ void CustomReport::PrintLoadedReport(const std::shared_ptr<Report> &report, bool
       const auto database = CurrentApplication()->database();
       if (!database || (database->accessMask(policy_) & kMayChange) == 0)
         raiseError(ErrorNumber::UserMessage, source, GetMessage(QStringLiteral("DynamicReport.AccessDenied")));
-      // An invalid report goes through the designer first, which this
-      // build does not have yet.
-      raiseError(ErrorNumber::UserMessage, source, GetMessage(QStringLiteral("Report.DesignerMissing")));
+      // An unfinished report goes through the designer first; one that
+      // does not come out complete is not printed, without a word.
+      bool ok = false;
+      Configure(report, nullptr, ok);
+      if (!ok)
+        return;
     }
 
     ContextManager contextManager;

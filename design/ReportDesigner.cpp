@@ -4,6 +4,9 @@
 #include "document/Page.h"
 #include "document/Report.h"
 #include "document/StringCollection.h"
+#include "dialogs/DlgCustomize.h"
+#include "dialogs/DlgOptions.h"
+#include "dialogs/DlgPageProperties.h"
 
 #include "common/ApplicationManager.h"
 #include "common/Globals.h"
@@ -13,6 +16,7 @@
 #include "hostapi/Classes.h"
 #include "hostapi/EmbeddedWindow.h"
 #include "hostapi/Layout.h"
+#include "hostapi/Ui.h"
 
 #include "core/Error.h"
 
@@ -41,6 +45,9 @@ constexpr int kPrintWidthChanging = 6;
 constexpr int kControlAdded = 7;
 
 const QString kScriptPrefix = QStringLiteral("vbscript:");
+// The designer's own settings (made at each use: the root is a global of
+// another file).
+QString designerKey() { return kSettingsRoot + QStringLiteral("\\Designer"); }
 
 QString text(const ObjectRef &object, const char *name) { return object->get(QString::fromLatin1(name)).toString(); }
 
@@ -277,6 +284,55 @@ void ReportDesigner::ConvertDataFields(const ObjectRef &layout, int direction) c
 
 // ---- commands
 
+void ReportDesigner::CustomizeDesigner() {
+  try {
+    DlgCustomize dialog;
+    dialog.SetToolBars(std::int16_t(designer_->get(QStringLiteral("ToolbarsVisible")).toLong()));
+    dialog.Form_Load();
+    hostapi::ui().showModal(dialog);
+    if (dialog.Status())
+      LoadSettings();
+  } catch (...) {
+    ErrorMessage(QStringLiteral("ReportDesigner.CustomizeDesigner"));
+  }
+}
+
+void ReportDesigner::EditOptions() {
+  try {
+    DlgOptions dialog;
+    dialog.SetAlignToGrid(designer_->get(QStringLiteral("AlignToGrid")).toBool());
+    dialog.SetGridX(designer_->get(QStringLiteral("GridX")).toInteger());
+    dialog.SetGridY(designer_->get(QStringLiteral("GridY")).toInteger());
+    dialog.SetRulerUnits(designer_->get(QStringLiteral("RulerUnits")).toInteger());
+    dialog.SetShowGrid(designer_->get(QStringLiteral("ShowGrid")).toBool());
+    dialog.Form_Load();
+    hostapi::ui().showModal(dialog);
+    if (!dialog.Status())
+      return;
+    designer_->set(QStringLiteral("AlignToGrid"), dialog.AlignToGrid());
+    designer_->set(QStringLiteral("GridX"), dialog.GridX());
+    designer_->set(QStringLiteral("GridY"), dialog.GridY());
+    designer_->set(QStringLiteral("RulerUnits"), dialog.RulerUnits());
+    designer_->set(QStringLiteral("ShowGrid"), dialog.ShowGrid());
+    LoadSettings();
+  } catch (...) {
+    ErrorMessage(QStringLiteral("ReportDesigner.EditOptions"));
+  }
+}
+
+void ReportDesigner::EditPageProperties() {
+  try {
+    Factory(false).UpdateReportFields();
+    DlgPageProperties dialog;
+    dialog.SetDesigner(this);
+    dialog.SetPage(page_);
+    dialog.Form_Load();
+    hostapi::ui().showModal(dialog);
+  } catch (...) {
+    ErrorMessage(QStringLiteral("ReportDesigner.EditPageProperties"));
+  }
+}
+
 void ReportDesigner::InsertBuiltInField(std::int16_t fieldType) {
   try {
     SetBusyCursor();
@@ -415,8 +471,8 @@ bool ReportDesigner::SetActiveSection() {
 // ---- settings
 
 void ReportDesigner::LoadSettings() {
-  fieldFont_ = ReadFont(QStringLiteral("\\Designer\\FieldFont"));
-  labelFont_ = ReadFont(QStringLiteral("\\Designer\\LabelFont"));
+  fieldFont_ = ReadFont(kSettingsRoot + QStringLiteral("\\Designer\\FieldFont"));
+  labelFont_ = ReadFont(kSettingsRoot + QStringLiteral("\\Designer\\LabelFont"));
   // Menu, explorer and "none" are the add-in's to give: its window has
   // the menus and the page tree.
   int accessible = designer_->get(QStringLiteral("ToolbarsAccessible")).toLong();
@@ -425,12 +481,12 @@ void ReportDesigner::LoadSettings() {
       accessible -= bit;
   designer_->set(QStringLiteral("ToolbarsAccessible"), accessible);
   designer_->set(QStringLiteral("ToolbarsVisible"),
-                 ReadSetting(QStringLiteral("Designer"), QStringLiteral("ShowToolbars"), kDefaultToolbars).toLong());
+                 ReadSetting(designerKey(), QStringLiteral("ShowToolbars"), kDefaultToolbars).toLong());
 }
 
 void ReportDesigner::SaveEditorSettings() {
   try {
-    WriteSetting(QStringLiteral("Designer"), QStringLiteral("ShowToolbars"),
+    WriteSetting(designerKey(), QStringLiteral("ShowToolbars"),
                  QString::number(designer_->get(QStringLiteral("ToolbarsVisible")).toLong()));
   } catch (...) {
     ErrorMessage(QStringLiteral("ReportDesigner.SaveEditorSettings"));

@@ -44,6 +44,13 @@ public:
   const QFont &FieldFont() const { return fieldFont_; }
   const QFont &LabelFont() const { return labelFont_; }
 
+  // The toolbars the user wants shown; then the settings are read again.
+  void CustomizeDesigner();
+  // Grid, ruler and fonts; the grid values go back to the designer.
+  void EditOptions();
+  // The page's sorting, default values, stripes and hiding, over the
+  // fields its layout shows now.
+  void EditPageProperties();
   void InsertBuiltInField(std::int16_t fieldType);
   void InsertGroupSection();
   void InsertPageFields();

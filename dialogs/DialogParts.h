@@ -6,7 +6,9 @@
 
 #include <utility>
 
+class QEvent;
 class QHBoxLayout;
+class QObject;
 class QPushButton;
 class QWidget;
 
@@ -31,5 +33,17 @@ QPushButton *NamedButton(const char *name, QWidget *parent);
 
 // OK and Cancel at the right-hand end of a row, OK the default button.
 QHBoxLayout *OkCancelRow(QPushButton *ok, QPushButton *cancel);
+
+// Key preview: filter sees the events of every control below form before
+// the control does.
+void PreviewKeys(QWidget &form, QObject *filter);
+
+// For a press of Tab (Shift+Tab included) the state of the shift keys as a
+// mask: 1 Shift, 2 Control, 4 Alt; -1 for any other event.
+int TabKeyShift(const QEvent &event);
+
+// The tab that Control+Tab (forwards) or Control+Shift+Tab (back) leads
+// to among count tabs, round from the last to the first and back.
+int CycledTab(int current, int count, bool back);
 
 } // namespace kordel::addin

@@ -7,6 +7,7 @@
 
 namespace kordel::hostapi {
 
+class Class;
 class Database;
 class Picture;
 
@@ -51,6 +52,9 @@ public:
   virtual void IReport_PrintOut(bool showDialog, const ObjectRef &context) = 0;
   // Shows the report for the context in the preview window.
   virtual void IReport_PrintPreview(const ObjectRef &context) = 0;
+  // Opens the report's designer, modally; cancel comes back true when the
+  // report was not completed. reportClass is the class in view, or none.
+  virtual void IReport_Configure(bool &cancel, const std::shared_ptr<Class> &reportClass) = 0;
 };
 
 } // namespace kordel::hostapi

@@ -19,7 +19,8 @@ const QMap<QString, QStringList> kMayInclude{
      {QStringLiteral("common"), QStringLiteral("document"), QStringLiteral("data"), QStringLiteral("dialogs")}},
     {QStringLiteral("design"),
      {QStringLiteral("common"), QStringLiteral("document"), QStringLiteral("data"), QStringLiteral("dialogs"),
-      QStringLiteral("design")}},
+      QStringLiteral("scriptio"), QStringLiteral("design")}},
+    {QStringLiteral("scriptio"), {QStringLiteral("common"), QStringLiteral("document"), QStringLiteral("scriptio")}},
     {QStringLiteral("runtime"),
      {QStringLiteral("common"), QStringLiteral("document"), QStringLiteral("data"), QStringLiteral("runtime")}},
 };
