@@ -15,14 +15,15 @@ runtime=(
 
 # For the tests: the test framework, a private PostgreSQL server, a print
 # system with a PDF printer, readers of the exported files (PDF, TIFF, the
-# office suite for XLS and RTF) and a virtual display.
+# office suite for XLS and RTF) and a virtual display with tools that
+# find and photograph its windows.
 tests=(
   googletest libgtest-dev libgmock-dev
   postgresql
   cups printer-driver-cups-pdf
   poppler-utils libtiff-tools
   libreoffice-writer-nogui libreoffice-calc-nogui
-  xvfb xauth
+  xvfb xauth x11-utils imagemagick
 )
 
 case "${1:-}" in

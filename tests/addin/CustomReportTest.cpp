@@ -21,6 +21,13 @@
 
 #include <QRegularExpression>
 
+#include "design/DlgReportDesigner.h"
+#include "design/ReportDesigner.h"
+#include "engine/designer/DesignerControl.h"
+#include "engine/model/LayoutReport.h"
+#include "engine/model/Section.h"
+#include "hostapi/Classes.h"
+
 #include <gtest/gtest.h>
 
 using namespace kordel;
@@ -313,6 +320,46 @@ TEST_F(CustomReportTest, ADesignerSaveReachesTheHostFileAndARefreshReadsItBack) 
   report->IReport_Update();
   bound->IReport_Refresh(true);
   EXPECT_EQ(bound->IReport_Name(), "Renamed elsewhere");
+}
+
+TEST_F(CustomReportTest, ConfigureOpensTheDesignerWhoseSavesReachTheHostFileAtOnce) {
+  auto report = newReport();
+  report->IReport_SetName("Designed here");
+  const auto company = app->classes()->item("company");
+  int shown = 0;
+  ui->modalHandler = [&](QWidget &window) {
+    auto &designer = dynamic_cast<DlgReportDesigner &>(window);
+    ++shown;
+    // A date field in the page header, saved, then the window closed.
+    const auto control = std::dynamic_pointer_cast<engine::DesignerControl>(designer.Designer().DesignerControl());
+    control->document().select({control->document().report()->sections()->at(0)});
+    designer.Designer().SetActiveSection();
+    designer.Designer().InsertBuiltInField(1);
+    designer.MnuFileSave_Click();
+    ui->boxAnswers = {7};
+    designer.close();
+  };
+  bool cancel = true;
+  report->IReport_Configure(cancel, company);
+  EXPECT_EQ(shown, 1);
+  EXPECT_FALSE(cancel) << "the report came out complete";
+  EXPECT_EQ(report->ReportClass(), "company");
+  const auto file = hostFile(report->IReport_GUID());
+  ASSERT_TRUE(file->contents().isByteArray());
+  auto stored = std::make_shared<Report>();
+  stored->LoadContents(file->contents());
+  EXPECT_TRUE(stored->IsValid());
+  const Variant layout = stored->Page()->LayoutTemplate();
+  EXPECT_TRUE((layout.isByteArray() ? layout.rawBytes() : layout.toString().toUtf8()).contains("pField_date1"));
+
+  // A report of one class refuses another class's context.
+  ui->modalHandler = nullptr;
+  cancel = false;
+  report->IReport_Configure(cancel, app->classes()->item("person"));
+  EXPECT_TRUE(cancel);
+  ASSERT_FALSE(ui->boxes.empty());
+  EXPECT_TRUE(ui->boxes.back().text.contains(company->localName())) << ui->boxes.back().text.toStdString();
+  EXPECT_EQ(shown, 1);
 }
 
 TEST_F(CustomReportTest, TheHostsNameWinsAndAnEmptyNameTakesTheDocuments) {

@@ -2,6 +2,7 @@
 
 #include "cli/AboutCommand.h"
 #include "cli/DataCommands.h"
+#include "cli/DesignCommand.h"
 #include "cli/ReportCommands.h"
 #include "cli/RunCommands.h"
 #include "cli/ScriptCommand.h"
@@ -134,6 +135,20 @@ std::vector<Command> makeCommands() {
         runOptions({}),
         {}},
        previewReport},
+      {{QStringLiteral("design"),
+        QStringLiteral("open the report designer on a report"),
+        QStringLiteral("--report NAME | --new --class CLASS --name NAME [OPTION]..."),
+        QStringLiteral("Opens the designer window on a stored report, or on a new report of a class.\n"
+                       "Each save in the designer writes the report back at once; the command ends when\n"
+                       "the window closes. It needs a display."),
+        {{QStringLiteral("--report"), QStringLiteral("NAME"), QStringLiteral("the report to design")},
+         {QStringLiteral("--new"), QString(), QStringLiteral("make a new report")},
+         {QStringLiteral("--class"), QStringLiteral("CLASS"), QStringLiteral("the class of the new report's records")},
+         {QStringLiteral("--name"), QStringLiteral("NAME"), QStringLiteral("the new report's name")},
+         languageOption(),
+         databaseOption()},
+        {}},
+       designReport},
   };
 }
 
