@@ -1,5 +1,6 @@
 #include "design/DlgReportDesigner.h"
 
+#include "design/DesignerAutoSave.h"
 #include "design/ReportDesigner.h"
 #include "data/Context.h"
 #include "document/Page.h"
@@ -22,7 +23,9 @@
 
 #include <QCloseEvent>
 #include <QCoreApplication>
+#include <QDateTime>
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QHBoxLayout>
 #include <QKeyEvent>
@@ -151,6 +154,7 @@ void DlgReportDesigner::Form_Load() {
     SetBusyCursor();
     isFirstActivate_ = true;
     TranslateCaptions();
+    StartAutoSave();
     SetCaptions(report_->Page()->Name());
     InitializeCtrls();
     RestoreWindowPlace();
@@ -164,6 +168,36 @@ void DlgReportDesigner::SetCaptions(const QString &pageName) {
                             GetMessage(QStringLiteral("Addin.Name"))));
   if (QAction *pageProperties = MenuItem(QStringLiteral("MnuFilePageProperties")))
     pageProperties->setText(pageName);
+}
+
+void DlgReportDesigner::StartAutoSave() {
+  const QString guid = report_->Guid();
+  if (const auto pending = DesignerAutoSave::Pending(guid)) {
+    const QString when =
+        QFileInfo(DesignerAutoSave::PathFor(guid)).lastModified().toString(QStringLiteral("yyyy-MM-dd hh:mm"));
+    if (ShowMessage(GetMessage(QStringLiteral("DlgReportDesigner.RestoreAutoSave"), when), 4 + 32) == 6) {
+      report_->LoadContents(Variant(*pending));
+      report_->Page()->SetModified(true); // restored work is unsaved work
+    } else {
+      QFile::remove(DesignerAutoSave::PathFor(guid));
+    }
+  }
+  autoSave_ = std::make_unique<DesignerAutoSave>(
+      guid, [this] { return Snapshot(); },
+      [this] { return report_->Modified() || Designer_->DesignerControl()->get(QStringLiteral("IsDirty")).toBool(); });
+  connect(Designer_, &ReportDesigner::Changed, autoSave_.get(), &DesignerAutoSave::NoteChange);
+}
+
+QByteArray DlgReportDesigner::Snapshot() const {
+  // A copy of the document with the shown page's layout as it stands: the
+  // document itself changes only by the user's saves.
+  auto copy = std::make_shared<addin::Report>();
+  copy->LoadContents(report_->SaveContents());
+  if (const auto shown = Designer_->ActivePage())
+    if (const auto page = copy->LookupPage(shown->Guid()))
+      page->SetLayoutTemplate(Variant(Designer_->StoredLayout()));
+  const Variant contents = copy->SaveContents();
+  return contents.isByteArray() ? contents.rawBytes() : contents.toString().toUtf8();
 }
 
 void DlgReportDesigner::InitializeCtrls() {
@@ -274,6 +308,8 @@ bool DlgReportDesigner::QueryUnload() {
 
 void DlgReportDesigner::Form_Unload() {
   try {
+    if (autoSave_)
+      autoSave_->Remove();
     Designer_->SaveEditorSettings();
     SaveWindowPlace();
   } catch (...) {
@@ -393,6 +429,18 @@ void DlgReportDesigner::MnuFileSave_Click() {
     Designer_->SavePage();
     if (report_->Modified())
       emit OnSave(report_);
+    if (autoSave_)
+      autoSave_->Remove();
+    // Saved all the same: a script error is the user's to mend, and
+    // better found now than in the middle of a run.
+    const QString problem = Designer_->DesignerControl()
+                                ->get(QStringLiteral("Report"))
+                                .toObject()
+                                ->invoke(QStringLiteral("CheckScript"))
+                                .toString();
+    if (!problem.isEmpty())
+      ShowMessage(GetMessage(QStringLiteral("DlgReportDesigner.ScriptError"), Designer_->ActivePage()->Name(), problem),
+                  48);
   });
 }
 

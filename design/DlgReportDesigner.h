@@ -23,6 +23,7 @@ namespace kordel::addin {
 
 class Page;
 class Report;
+class DesignerAutoSave;
 class ReportDesigner;
 
 // The window in which a report is designed: the band designer of the shown
@@ -64,6 +65,8 @@ public:
   // A control or menu item by its name; nullptr for none.
   QAction *MenuItem(const QString &name) const { return menuItems_.value(name); }
   QTreeWidgetItem *PageNode(const QString &guid) const;
+  // The autosave of the report, kept while the window is open.
+  DesignerAutoSave *AutoSave() const { return autoSave_.get(); }
 
 signals:
   void OnPreview(const std::shared_ptr<addin::Report> &report,
@@ -91,6 +94,10 @@ private:
   // Runs a command with the busy cursor and the reporter under key.
   void Command(const QString &key, const std::function<void()> &body);
   void EnablePopupItems(int menuType);
+  // Offers the work a designer left unsaved, and keeps the work of this
+  // one from now on.
+  void StartAutoSave();
+  QByteArray Snapshot() const;
 
   std::shared_ptr<addin::Report> report_;
   bool isFirstActivate_ = false;
@@ -108,6 +115,7 @@ private:
   QMenuBar *menuBar_;
   QMenu *Popup;
   QHash<QString, QAction *> menuItems_;
+  std::unique_ptr<DesignerAutoSave> autoSave_;
 };
 
 } // namespace kordel::addin

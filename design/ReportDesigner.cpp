@@ -231,12 +231,16 @@ void ReportDesigner::SavePage() {
     page_->Report()->SetPrintWidth(width);
     page_->SetWidth(width);
   }
-  // The page keeps internal paths; the designer goes on with local ones.
-  const ObjectRef stored = ScratchLayout(SavedLayout(layout));
-  ConvertDataFields(stored, 0);
-  page_->SetLayoutTemplate(Variant(SavedLayout(stored)));
+  page_->SetLayoutTemplate(Variant(StoredLayout()));
   page_->SetEdited(true);
   isNewPage_ = false;
+}
+
+QByteArray ReportDesigner::StoredLayout() const {
+  // The page keeps internal paths; the designer goes on with local ones.
+  const ObjectRef stored = ScratchLayout(SavedLayout(Layout()));
+  ConvertDataFields(stored, 0);
+  return SavedLayout(stored);
 }
 
 void ReportDesigner::Refresh() {
@@ -496,6 +500,7 @@ void ReportDesigner::SaveEditorSettings() {
 // ---- the designer's events
 
 void ReportDesigner::ard_LayoutChanged(const ObjectRef &object, int kind) {
+  emit Changed();
   try {
     if (kind == kControlResized || (kind == kControlMoved && HasFixedWidth())) {
       // A control may not reach past the page's width; the layout keeps

@@ -70,6 +70,9 @@ public:
   // asked for it.
   void SavePage();
   bool SetActiveSection();
+  // The shown page's layout as the page would store it now, with internal
+  // paths; the page and the designer stay as they are.
+  QByteArray StoredLayout() const;
   bool ShowPage(const std::shared_ptr<Page> &page);
 
   // ---- the designer's events, as its event sink calls them
@@ -88,6 +91,8 @@ signals:
   void SubPageAdded(const QString &pageGuid, const QString &name, const QString &parentGuid);
   void SubPageRemoved(const QString &pageGuid);
   void UpdatePageOverview();
+  // The layout changed in the designer.
+  void Changed();
 
 private:
   class Events;

@@ -24,6 +24,9 @@ public:
   virtual QString fileName(const QString &path) = 0;
   // The name of the user's default printer; "" when there is none.
   virtual QString defaultPrinterName() = 0;
+  // The folder where the host keeps the user's data (databases, and the
+  // designer's autosaved reports); made when missing.
+  virtual QString dataFolder() = 0;
   // An icon of a module as a picture of the given size in pixels: the
   // image file named by the resource ("customIcon.png", or .ico) in the
   // module's folder, which instance names. Raises 53 when there is none.

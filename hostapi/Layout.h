@@ -6,7 +6,8 @@ namespace kordel::hostapi {
 // and reached late-bound under the member names layouts use: Sections,
 // Fields, Printer, PageSettings, ScriptLanguage, Script, PrintWidth,
 // Detail, documentName, Caption, Pages, AddNamedItem, LoadLayout,
-// SaveLayout, Run, RefreshLayout (tells a designer showing the layout
+// SaveLayout, Run, CheckScript ("" or where the report's script does not
+// compile), RefreshLayout (tells a designer showing the layout
 // that sections or controls were added or removed), and EventSink: the object that answers the run's events
 // by name, held weakly, so its owner keeps it alive. For printing and the
 // preview: PrintReport(prompt), Show(modal), Close, WindowState (0 normal,

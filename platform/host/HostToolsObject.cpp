@@ -1,5 +1,6 @@
 #include "host/HostToolsObject.h"
 
+#include "host/HostPaths.h"
 #include "host/PrinterList.h"
 
 #include "hostapi/Picture.h"
@@ -53,6 +54,12 @@ QString HostToolsObject::filePath(const QString &path) { return path.left(lastSe
 QString HostToolsObject::fileName(const QString &path) { return path.mid(lastSeparator(path) + 1); }
 
 QString HostToolsObject::defaultPrinterName() { return PrinterList::fromSystem()->defaultPrinterName(); }
+
+QString HostToolsObject::dataFolder() {
+  const QString folder = HostPaths::dataFolder();
+  QDir().mkpath(folder);
+  return folder;
+}
 
 std::shared_ptr<hostapi::Picture> HostToolsObject::loadIconPicture(const QString &instance, const QString &resource,
                                                                    int width, int height) {

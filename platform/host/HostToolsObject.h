@@ -17,6 +17,7 @@ public:
   QString fileName(const QString &path) override;
   // The name of the system's default printer; "" when there is none.
   QString defaultPrinterName() override;
+  QString dataFolder() override;
   std::shared_ptr<hostapi::Picture> loadIconPicture(const QString &instance, const QString &resource, int width,
                                                     int height) override;
 

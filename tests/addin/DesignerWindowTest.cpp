@@ -1,6 +1,7 @@
 #include "DemoFixture.h"
 #include "LayoutSketch.h"
 
+#include "design/DesignerAutoSave.h"
 #include "design/DlgReportDesigner.h"
 #include "design/ReportDesigner.h"
 #include "document/Page.h"
@@ -17,6 +18,9 @@
 #include "hostapi/ReportContext.h"
 
 #include <QAction>
+#include <QFile>
+#include <QProcess>
+#include <QThread>
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QPushButton>
@@ -107,6 +111,18 @@ TEST_F(DesignerWindowTest, SavingAndClosingAskAndKeepWhatTheUserWants) {
   QTest::keyClick(window.get(), Qt::Key_S, Qt::ControlModifier);
   EXPECT_EQ(saved.count(), 1);
 
+  EXPECT_TRUE(ui->boxes.empty());
+
+  // A script that does not compile is saved, with a warning saying where.
+  control(*window)->document().report()->script = QStringLiteral("Sub OnReportStart\n  x = (1\nEnd Sub\n");
+  control(*window)->document().noteOutsideChange();
+  window->MnuFileSave_Click();
+  EXPECT_EQ(saved.count(), 2);
+  ASSERT_EQ(ui->boxes.size(), 1u);
+  EXPECT_EQ(ui->boxes[0].flags, 48);
+  EXPECT_TRUE(ui->boxes[0].text.contains("Line 2")) << ui->boxes[0].text.toStdString();
+  ui->boxes.clear();
+
   // Cancel at closing keeps the window and the layout.
   ui->boxAnswers = {2};
   window->close();
@@ -117,7 +133,7 @@ TEST_F(DesignerWindowTest, SavingAndClosingAskAndKeepWhatTheUserWants) {
   ui->boxAnswers = {7};
   window->close();
   EXPECT_FALSE(window->isVisible());
-  EXPECT_EQ(saved.count(), 1);
+  EXPECT_EQ(saved.count(), 2);
 }
 
 TEST_F(DesignerWindowTest, TheWindowPlaceComesBack) {
@@ -173,6 +189,63 @@ TEST_F(DesignerWindowTest, APreviewRunsOnTheClassesFirstFilterWithoutAListWindow
   EXPECT_EQ(context->contextClass()->name(), "company");
   EXPECT_FALSE(context->name().isEmpty());
   EXPECT_FALSE(report->Page()->LayoutTemplate().toString().isEmpty());
+}
+
+// The designer the killed-process test kills: it opens the report handed
+// over in a file, inserts a date field, waits for its autosave and says so,
+// then goes on until it is killed. Only that test runs it.
+TEST_F(DesignerWindowTest, AChildThatIsKilledWhileDesigning) {
+  const QString handedOver = qEnvironmentVariable("KORDEL_AUTOSAVE_CHILD");
+  if (handedOver.isEmpty())
+    GTEST_SKIP() << "the killed designer of WorkLeftByAKilledDesignerIsOfferedBack";
+  QFile file(handedOver);
+  ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+  report = std::make_shared<addin::Report>();
+  report->LoadContents(Variant(file.readAll()));
+  const auto window = open();
+  const auto designer = control(*window);
+  designer->document().select({designer->document().report()->sections()->at(0)});
+  window->Designer().SetActiveSection();
+  window->Designer().InsertBuiltInField(1);
+  window->AutoSave()->WriteNow();
+  std::fprintf(stdout, "autosaved\n");
+  std::fflush(stdout);
+  for (;;)
+    QThread::msleep(100);
+}
+
+TEST_F(DesignerWindowTest, WorkLeftByAKilledDesignerIsOfferedBack) {
+  const QString handedOver = dir.file("report.xml");
+  {
+    QFile file(handedOver);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    const Variant contents = report->SaveContents();
+    file.write(contents.isByteArray() ? contents.rawBytes() : contents.toString().toUtf8());
+  }
+  QProcess child;
+  QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+  environment.insert("KORDEL_AUTOSAVE_CHILD", handedOver);
+  child.setProcessEnvironment(environment);
+  child.start(QCoreApplication::applicationFilePath(),
+              {"--gtest_filter=DesignerWindowTest.AChildThatIsKilledWhileDesigning"});
+  QString said;
+  while (!said.contains("autosaved") && child.waitForReadyRead(60000))
+    said += QString::fromUtf8(child.readAllStandardOutput());
+  ASSERT_TRUE(said.contains("autosaved")) << said.toStdString() << child.readAllStandardError().toStdString();
+  child.kill(); // SIGKILL: no clean close, nothing removed
+  child.waitForFinished();
+  ASSERT_TRUE(QFile::exists(addin::DesignerAutoSave::PathFor(report->Guid())));
+
+  ui->boxAnswers = {6};
+  const auto window = open();
+  ASSERT_EQ(ui->boxes.size(), 1u);
+  EXPECT_TRUE(ui->boxes[0].text.contains("never saved")) << ui->boxes[0].text.toStdString();
+  EXPECT_TRUE(control(*window)->document().report()->sections()->at(0)->controls()->find("pField_date1"))
+      << "the killed designer's field is back";
+  EXPECT_TRUE(report->Modified());
+  ui->boxAnswers = {7};
+  window->close();
+  EXPECT_FALSE(QFile::exists(addin::DesignerAutoSave::PathFor(report->Guid()))) << "a clean close removes it";
 }
 
 // Both languages on screen, with a field selected, as a user first sees

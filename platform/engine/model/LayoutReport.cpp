@@ -7,6 +7,8 @@
 #include "engine/render/PagesObject.h"
 #include "engine/run/ReportRun.h"
 
+#include "script/ScriptEngine.h"
+
 #include "core/Error.h"
 #include "core/ScriptRights.h"
 
@@ -241,6 +243,24 @@ const MemberTable &LayoutReport::layoutMemberTable() {
                                })),
       // SaveLayout(path, format, out): to the file, or with an empty path
       // into the ByRef out and as the result.
+      // CheckScript: "" when the report's script compiles in its language,
+      // else where and why it does not ("Line 3, column 7: ... (1002)").
+      method<R>("CheckScript",
+                [](R &r, Args &a) {
+                  expectArgs(a, 0, 0);
+                  if (r.script.trimmed().isEmpty())
+                    return Variant(QString());
+                  try {
+                    script::createScriptEngine(r.scriptLanguage)->checkSyntax(r.script);
+                    return Variant(QString());
+                  } catch (const script::ScriptError &error) {
+                    const QString what = QStringLiteral("%1 (%2)").arg(error.description()).arg(error.number());
+                    return Variant(
+                        error.line() > 0
+                            ? QStringLiteral("Line %1, column %2: %3").arg(error.line()).arg(error.column()).arg(what)
+                            : what);
+                  }
+                }),
       method<R>("RefreshLayout",
                 [](R &r, Args &a) {
                   expectArgs(a, 0, 0);
