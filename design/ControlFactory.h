@@ -12,6 +12,7 @@ class Fields;
 namespace kordel::addin {
 
 class ControlPositioner;
+class DlgFields;
 class Page;
 class ReportFields;
 class StringCollection;
@@ -99,6 +100,9 @@ private:
   void FitControlToText(const ObjectRef &control, const QString &text1, const QString &text2) const;
   void AssignBuiltInExpression(const ObjectRef &field) const;
 
+  // Shows the field dialog in its mode (0 page fields, 1 script fields);
+  // true when the user confirmed a choice.
+  bool AskForFields(DlgFields &dialog, int mode) const;
   void CreateHeaderLabel(ControlPositioner &positioner, const QString &sectionName, const QString &caption,
                          std::int32_t width, std::int32_t height);
   bool CollectFromText(const ObjectRef &field, ReportFields &names);

@@ -59,18 +59,22 @@ Measured measure(const ObjectRef &canvas, const QString &shown) {
 
 } // namespace
 
+bool ControlFactory::AskForFields(DlgFields &dialog, int mode) const {
+  dialog.SetMode(mode);
+  dialog.SetActiveReport(activeReport_);
+  dialog.SetNuvoFields(ClassFields());
+  dialog.SetSectionNames(GetSectionNames());
+  if (activeSection_)
+    dialog.SetActiveSectionName(text(activeSection_, "Name"));
+  dialog.Form_Load();
+  hostapi::ui().showModal(dialog);
+  return dialog.Status();
+}
+
 bool ControlFactory::CreatePageFields() {
   try {
     DlgFields dialog;
-    dialog.SetMode(0);
-    dialog.SetActiveReport(activeReport_);
-    dialog.SetNuvoFields(ClassFields());
-    dialog.SetSectionNames(GetSectionNames());
-    if (activeSection_)
-      dialog.SetActiveSectionName(text(activeSection_, "Name"));
-    dialog.Form_Load();
-    hostapi::ui().showModal(dialog);
-    if (!dialog.Status())
+    if (!AskForFields(dialog, 0))
       return true;
 
     SetBusyCursor();
@@ -128,15 +132,7 @@ void ControlFactory::CreateHeaderLabel(ControlPositioner &positioner, const QStr
 bool ControlFactory::CreateScriptFields() {
   try {
     DlgFields dialog;
-    dialog.SetMode(1);
-    dialog.SetActiveReport(activeReport_);
-    dialog.SetNuvoFields(ClassFields());
-    dialog.SetSectionNames(GetSectionNames());
-    if (activeSection_)
-      dialog.SetActiveSectionName(text(activeSection_, "Name"));
-    dialog.Form_Load();
-    hostapi::ui().showModal(dialog);
-    if (!dialog.Status())
+    if (!AskForFields(dialog, 1))
       return true;
 
     SetBusyCursor();

@@ -1,5 +1,6 @@
 #include "DemoFixture.h"
 #include "LayoutSketch.h"
+#include "WidgetTools.h"
 
 #include "design/ControlFactory.h"
 #include "dialogs/DlgSelectSubPage.h"
@@ -41,44 +42,7 @@ QString str(const std::shared_ptr<engine::Control> &control, const char *name) {
   return control->get(QString::fromLatin1(name)).toString();
 }
 
-std::shared_ptr<engine::Control> addControl(const std::shared_ptr<engine::Section> &section, const char *progId,
-                                            double left, double top, double width, double height = 270) {
-  const auto control = section->controls()->add(QString::fromLatin1(progId));
-  control->set(QStringLiteral("Left"), left);
-  control->set(QStringLiteral("Top"), top);
-  control->set(QStringLiteral("Width"), width);
-  control->set(QStringLiteral("Height"), height);
-  return control;
-}
-
-template <class T> T &child(QWidget &window, const char *name) {
-  T *found = window.findChild<T *>(QString::fromLatin1(name));
-  if (!found)
-    throw std::runtime_error(std::string("no control ") + name);
-  return *found;
-}
-
-// Selects the node of a local path in a field tree, opening the relations
-// on the way as a user does.
-void selectPath(QWidget &window, const QString &path) {
-  auto &tree = child<QTreeWidget>(window, "TvwFields");
-  QTreeWidgetItem *node = nullptr;
-  for (const QString &step : path.split(u'.')) {
-    if (node)
-      node->setExpanded(true);
-    const int count = node ? node->childCount() : tree.topLevelItemCount();
-    QTreeWidgetItem *next = nullptr;
-    for (int i = 0; i < count && !next; ++i) {
-      QTreeWidgetItem *candidate = node ? node->child(i) : tree.topLevelItem(i);
-      if (candidate->text(0) == step)
-        next = candidate;
-    }
-    if (!next)
-      throw std::runtime_error("no node " + path.toStdString());
-    node = next;
-  }
-  tree.setCurrentItem(node);
-}
+void selectPath(QWidget &window, const QString &path) { select(child<QTreeWidget>(window, "TvwFields"), path); }
 
 void choose(QWidget &window, const char *combo, const QString &text) {
   auto &box = child<QComboBox>(window, combo);

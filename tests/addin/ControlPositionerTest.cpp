@@ -1,3 +1,5 @@
+#include "LayoutSketch.h"
+
 #include "design/ControlPositioner.h"
 
 #include "engine/model/Controls.h"
@@ -15,16 +17,6 @@ using engine::SectionType;
 
 double num(const std::shared_ptr<engine::Control> &control, const char *name) {
   return control->get(QString::fromLatin1(name)).toDouble();
-}
-
-std::shared_ptr<engine::Control> addControl(const std::shared_ptr<engine::Section> &section, const char *progId,
-                                            double left, double top, double width, double height = 270) {
-  const auto control = section->controls()->add(QString::fromLatin1(progId));
-  control->set(QStringLiteral("Left"), left);
-  control->set(QStringLiteral("Top"), top);
-  control->set(QStringLiteral("Width"), width);
-  control->set(QStringLiteral("Height"), height);
-  return control;
 }
 
 class ControlPositionerTest : public ::testing::Test {

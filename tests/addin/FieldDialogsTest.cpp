@@ -7,6 +7,7 @@
 // dialog for a look.
 
 #include "DemoFixture.h"
+#include "WidgetTools.h"
 
 #include "common/Globals.h"
 #include "common/ResourceManager.h"
@@ -43,17 +44,13 @@
 #include <stdexcept>
 
 using namespace kordel;
+using kordel::test::child;
+using kordel::test::nodeAt;
+using kordel::test::select;
 using namespace kordel::addin;
 namespace FT = kordel::hostapi::FieldType;
 
 namespace {
-
-template <class T> T &child(QWidget &window, const char *name) {
-  T *found = window.findChild<T *>(QString::fromLatin1(name));
-  if (!found)
-    throw std::runtime_error(std::string("no control ") + name);
-  return *found;
-}
 
 QTreeWidget &treeOf(QWidget &window) { return child<QTreeWidget>(window, "TvwFields"); }
 
@@ -64,34 +61,6 @@ QStringList texts(QTreeWidget &tree, QTreeWidgetItem *parent = nullptr) {
   for (int i = 0; i < count; ++i)
     result << (parent ? parent->child(i) : tree.topLevelItem(i))->text(0);
   return result;
-}
-
-// The node of a local path; the relations on the way are opened as a user
-// opens them.
-QTreeWidgetItem *nodeAt(QTreeWidget &tree, const QString &path) {
-  QTreeWidgetItem *node = nullptr;
-  for (const QString &step : path.split(u'.')) {
-    if (node)
-      node->setExpanded(true);
-    const int count = node ? node->childCount() : tree.topLevelItemCount();
-    QTreeWidgetItem *next = nullptr;
-    for (int i = 0; i < count && !next; ++i) {
-      QTreeWidgetItem *candidate = node ? node->child(i) : tree.topLevelItem(i);
-      if (candidate->text(0) == step)
-        next = candidate;
-    }
-    if (!next)
-      throw std::runtime_error("no node " + path.toStdString());
-    node = next;
-  }
-  return node;
-}
-
-QTreeWidgetItem *select(QTreeWidget &tree, const QString &path) {
-  QTreeWidgetItem *node = nodeAt(tree, path);
-  tree.setCurrentItem(node);
-  tree.scrollToItem(node);
-  return node;
 }
 
 QPoint centreOf(QTreeWidget &tree, const QString &path) { return tree.visualItemRect(nodeAt(tree, path)).center(); }

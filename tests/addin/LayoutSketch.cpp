@@ -54,6 +54,16 @@ LayoutSketch &LayoutSketch::reportScript(const QString &script, const QString &l
   return *this;
 }
 
+std::shared_ptr<engine::Control> addControl(const std::shared_ptr<engine::Section> &section, const char *progId,
+                                            double left, double top, double width, double height) {
+  const auto control = section->controls()->add(QString::fromLatin1(progId));
+  control->set(QStringLiteral("Left"), left);
+  control->set(QStringLiteral("Top"), top);
+  control->set(QStringLiteral("Width"), width);
+  control->set(QStringLiteral("Height"), height);
+  return control;
+}
+
 QByteArray LayoutSketch::bytes() const { return engine::saveLayout(*report_); }
 
 } // namespace kordel::test

@@ -44,4 +44,8 @@ private:
   std::shared_ptr<engine::Section> current_;
 };
 
+// A control of the ProgID added to a section at a place, in twips.
+std::shared_ptr<engine::Control> addControl(const std::shared_ptr<engine::Section> &section, const char *progId,
+                                            double left, double top, double width, double height = 270);
+
 } // namespace kordel::test
