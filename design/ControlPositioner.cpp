@@ -80,12 +80,7 @@ bool ControlPosition::GetVisibleRect(const ObjectRef &control, RECT &rect) {
   try {
     if (!control->get(QStringLiteral("Visible")).toBool())
       return false;
-    RECT read;
-    read.Left = twips(control, "Left");
-    read.Top = twips(control, "Top");
-    read.Right = read.Left + twips(control, "Width");
-    read.Bottom = read.Top + twips(control, "Height");
-    rect = read;
+    rect = ReadRect(control);
     return true;
   } catch (const Error &) {
     return false;
@@ -94,15 +89,19 @@ bool ControlPosition::GetVisibleRect(const ObjectRef &control, RECT &rect) {
 
 void ControlPosition::GetRect(const ObjectRef &control, RECT &rect) {
   try {
-    RECT read;
-    read.Left = twips(control, "Left");
-    read.Top = twips(control, "Top");
-    read.Right = read.Left + twips(control, "Width");
-    read.Bottom = read.Top + twips(control, "Height");
-    rect = read;
+    rect = ReadRect(control);
   } catch (const Error &) {
     // the rectangle stays as it was
   }
+}
+
+RECT ControlPosition::ReadRect(const ObjectRef &control) {
+  RECT read;
+  read.Left = twips(control, "Left");
+  read.Top = twips(control, "Top");
+  read.Right = read.Left + twips(control, "Width");
+  read.Bottom = read.Top + twips(control, "Height");
+  return read;
 }
 
 void ControlPosition::StartRow(const ObjectRef &control, std::int32_t gap) const {

@@ -44,6 +44,8 @@ private:
   static Kind KindOf(const ObjectRef &control);
   static bool GetVisibleRect(const ObjectRef &control, RECT &rect);
   static void GetRect(const ObjectRef &control, RECT &rect);
+  // Raises what reading the control raises.
+  static RECT ReadRect(const ObjectRef &control);
   void PlaceControl(const ObjectRef &control, Kind kind, std::int32_t mode, std::int32_t offset, const RECT &lastRect);
   // Left at the spacing, Top under the lower of last field and last label.
   void StartRow(const ObjectRef &control, std::int32_t gap) const;
