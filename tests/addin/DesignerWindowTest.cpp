@@ -93,6 +93,11 @@ TEST_F(DesignerWindowTest, TheTreeShowsThePagesAndDropsAPageWhoseClassIsGone) {
   window->TreePages_NodeClick(pages.topLevelItem(0));
   const auto designer = control(*window);
   const auto sub = designer->document().report()->sections()->at(0)->controls()->at(1);
+  // Moving a sub report is offered for a sub report selected alone.
+  designer->document().select({sub});
+  EXPECT_TRUE(window->MenuItem("MnuToolsMoveSubReport")->isEnabled());
+  designer->document().select({sub, designer->document().report()->sections()->at(0)->controls()->at(0)});
+  EXPECT_FALSE(window->MenuItem("MnuToolsMoveSubReport")->isEnabled());
   sub->set("ReportName", QStringLiteral("Contacts"));
   designer->document().noteOutsideChange();
   window->Designer().SavePage();
