@@ -4,6 +4,7 @@
 #include "addin/CustomReport.h"
 
 #include "design/DlgReportDesigner.h"
+#include "dialogs/DlgReportProperties.h"
 #include "document/Report.h"
 
 #include "common/ApplicationManager.h"
@@ -43,19 +44,21 @@ void CustomReport::Configure(const std::shared_ptr<Report> &report, const std::s
   ok = false;
   try {
     if (report->IsNew()) {
-      // Until the report properties dialog asks for one, a new report takes
-      // the class it is given.
-      const QString className = !reportClass_.isEmpty() ? reportClass_ : reportClass ? reportClass->name() : QString();
-      if (className.isEmpty())
-        raiseError(ErrorNumber::UserMessage, QStringLiteral("CustomReport.Configure"),
-                   GetMessage(QStringLiteral("CustomReport.NoClass")));
-      if (!report->Create(className))
-        return;
-      if (reportName_.isEmpty())
+      if (!reportClass_.isEmpty()) {
+        report->Create(reportClass_);
+      } else {
+        // A new report asks for its name, class and paper first; a
+        // cancelled dialog ends the configuration without a word.
+        DlgReportProperties properties;
+        properties.SetReport(report);
+        properties.SetContextClass(reportClass);
+        properties.Form_Load();
+        hostapi::ui().showModal(properties);
+        if (!properties.Status())
+          raiseError(ErrorNumber::SilentCancel, QStringLiteral("CustomReport.Configure"));
         reportName_ = report->Name();
-      else
-        report->SetName(reportName_);
-      reportClass_ = className;
+        reportClass_ = report->Class()->name();
+      }
       modified_ = true;
     }
     DlgReportDesigner designer;

@@ -4,12 +4,14 @@
 #include "design/DlgReportDesigner.h"
 
 #include "design/ReportDesigner.h"
+#include "dialogs/DlgReportProperties.h"
 #include "document/Report.h"
 #include "scriptio/ScriptIO.h"
 
 #include "common/Globals.h"
 
 #include "core/Error.h"
+#include "hostapi/Ui.h"
 
 #include <QCursor>
 #include <QLabel>
@@ -73,6 +75,20 @@ void DlgReportDesigner::BuildMenus() {
   exportItem->setObjectName(QStringLiteral("MnuFileExport"));
   menuItems_.insert(exportItem->objectName(), exportItem);
   AddSeparator(file, "MnuSep_File0");
+  AddItem(file, "MnuFileReportProperties", [this] {
+    Designer_->SavePage();
+    DlgReportProperties properties;
+    properties.SetReport(report_);
+    properties.Form_Load();
+    hostapi::ui().showModal(properties);
+    if (!properties.Status())
+      return;
+    Designer_->DesignerControl()
+        ->get(QStringLiteral("Report"))
+        .toObject()
+        ->set(QStringLiteral("ScriptLanguage"), report_->ScriptLanguage());
+    Designer_->Refresh();
+  });
   AddItem(file, "MnuFilePageProperties", [this] { Designer_->EditPageProperties(); });
   AddSeparator(file, "MnuSep_File1");
   QAction *exit = file.addAction(QString(), this, [this] { close(); });

@@ -23,6 +23,7 @@
 
 #include "design/DlgReportDesigner.h"
 #include "design/ReportDesigner.h"
+#include "dialogs/DlgReportProperties.h"
 #include "engine/designer/DesignerControl.h"
 #include "engine/model/LayoutReport.h"
 #include "engine/model/Section.h"
@@ -327,7 +328,14 @@ TEST_F(CustomReportTest, ConfigureOpensTheDesignerWhoseSavesReachTheHostFileAtOn
   report->IReport_SetName("Designed here");
   const auto company = app->classes()->item("company");
   int shown = 0;
+  QStringList asked;
   ui->modalHandler = [&](QWidget &window) {
+    asked << window.objectName();
+    // A new report asks for its name, class and paper first.
+    if (auto *properties = dynamic_cast<DlgReportProperties *>(&window)) {
+      properties->CmdOK_Click();
+      return;
+    }
     auto &designer = dynamic_cast<DlgReportDesigner &>(window);
     ++shown;
     // A date field in the page header, saved, then the window closed.
@@ -341,7 +349,7 @@ TEST_F(CustomReportTest, ConfigureOpensTheDesignerWhoseSavesReachTheHostFileAtOn
   };
   bool cancel = true;
   report->IReport_Configure(cancel, company);
-  EXPECT_EQ(shown, 1);
+  EXPECT_EQ(asked, (QStringList{"DlgReportProperties", "DlgReportDesigner"}));
   EXPECT_FALSE(cancel) << "the report came out complete";
   EXPECT_EQ(report->ReportClass(), "company");
   const auto file = hostFile(report->IReport_GUID());
