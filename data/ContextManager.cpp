@@ -198,6 +198,9 @@ std::shared_ptr<hostapi::Filter> ContextManager::GetExplorerFilter(const QString
     filter->addCondition(QString(), Variant(ObjectRef(named)), hostapi::ConditionOp::EmbeddedFilter, 0);
   if (filter->count() > 1)
     filter->addOperator(hostapi::FilterOperator::And);
+  // Named as the saved filter, so that its count is kept under its own
+  // name and the context describes its range by it.
+  filter->setName(name);
   filterCache_.insert(name, filter);
   return filter;
 }
