@@ -307,7 +307,8 @@ bool FieldSelector::eventFilter(QObject *watched, QEvent *event) {
       const auto *key = static_cast<QKeyEvent *>(event);
       if ((key->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier)
         return TvwFields_KeyDown(key->key());
-    } else if (watched == TvwFields->viewport()) {
+    } else if (watched == TvwFields->viewport() &&
+               (event->type() == QEvent::MouseButtonDblClick || event->type() == QEvent::MouseButtonRelease)) {
       const auto *mouse = static_cast<QMouseEvent *>(event);
       if (event->type() == QEvent::MouseButtonDblClick && mouse->button() == Qt::LeftButton) {
         releaseEndsDoubleClick_ = true;
