@@ -137,8 +137,9 @@ std::vector<Command> makeCommands() {
        previewReport},
       {{QStringLiteral("design"),
         QStringLiteral("open the report designer on a report"),
-        QStringLiteral("--report NAME | --new --class CLASS --name NAME [OPTION]..."),
-        QStringLiteral("Opens the designer window on a stored report, or on a new report of a class.\n"
+        QStringLiteral("--report NAME | --new --class CLASS [--name NAME] [OPTION]..."),
+        QStringLiteral("Opens the designer window on a stored report, or on a new report of a class,\n"
+                       "whose name, paper and script language are asked for first.\n"
                        "Each save in the designer writes the report back at once; the command ends when\n"
                        "the window closes. It needs a display."),
         {{QStringLiteral("--report"), QStringLiteral("NAME"), QStringLiteral("the report to design")},

@@ -34,9 +34,8 @@ int designReport(HostApplication &host, const Arguments &arguments) {
   const bool makeNew = arguments.has(QStringLiteral("--new"));
   if (makeNew == arguments.has(QStringLiteral("--report")))
     raiseError(ErrorNumber::InvalidCall, kSource, QStringLiteral("give either --report NAME or --new"));
-  if (makeNew &&
-      (arguments.value(QStringLiteral("--class")).isEmpty() || arguments.value(QStringLiteral("--name")).isEmpty()))
-    raiseError(ErrorNumber::InvalidCall, kSource, QStringLiteral("--new needs --class CLASS and --name NAME"));
+  if (makeNew && arguments.value(QStringLiteral("--class")).isEmpty())
+    raiseError(ErrorNumber::InvalidCall, kSource, QStringLiteral("--new needs --class CLASS"));
   if (!windowsReachTheUser())
     raiseError(ErrorNumber::InvalidCall, kSource,
                QStringLiteral("The designer needs a display: none is set (DISPLAY or WAYLAND_DISPLAY), or "
@@ -54,6 +53,7 @@ int designReport(HostApplication &host, const Arguments &arguments) {
   std::shared_ptr<hostapi::IReport> report;
   std::shared_ptr<hostapi::Class> reportClass;
   if (makeNew) {
+    // Without a name the report properties dialog asks for one.
     const QString name = arguments.value(QStringLiteral("--name"));
     for (const ReportEntry &entry : catalog.list())
       if (entry.name.compare(name, Qt::CaseInsensitive) == 0)
@@ -76,7 +76,9 @@ int designReport(HostApplication &host, const Arguments &arguments) {
   struct BackToBatch {
     ~BackToBatch() { hostapi::installUi(std::make_shared<BatchUi>()); }
   } backToBatch;
-  progress(QStringLiteral("Designing \"%1\"").arg(report->IReport_Name()));
+  progress(report->IReport_Name().isEmpty()
+               ? QStringLiteral("Designing a new report of %1").arg(reportClass->localName())
+               : QStringLiteral("Designing \"%1\"").arg(report->IReport_Name()));
   bool cancel = false;
   report->IReport_Configure(cancel, reportClass);
   // The designer's saves went to the report's file at once; the stored
