@@ -10,7 +10,7 @@
 #include "core/Error.h"
 #include "data/Context.h"
 #include "data/Records.h"
-#include "design/ARTools.h"
+#include "common/ARTools.h"
 #include "document/Page.h"
 #include "document/Report.h"
 #include "hostapi/HostTools.h"

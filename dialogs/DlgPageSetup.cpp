@@ -5,7 +5,7 @@
 #include "common/Settings.h"
 #include "core/Error.h"
 #include "data/ContextManager.h"
-#include "design/ARTools.h"
+#include "common/ARTools.h"
 #include "dialogs/DialogParts.h"
 #include "dialogs/DlgMargins.h"
 #include "dialogs/OrientationIcon.h"

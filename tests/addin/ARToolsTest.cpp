@@ -7,7 +7,7 @@
 
 #include "common/Settings.h"
 #include "core/Error.h"
-#include "design/ARTools.h"
+#include "common/ARTools.h"
 #include "hostapi/Printers.h"
 #include "support/CupsTestQueues.h"
 #include "support/ErrorCapture.h"

@@ -1,4 +1,4 @@
-#include "design/ARTools.h"
+#include "common/ARTools.h"
 
 #include "common/ApplicationManager.h"
 #include "common/Globals.h"
