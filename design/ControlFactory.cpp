@@ -8,6 +8,7 @@
 
 #include "common/ApplicationManager.h"
 #include "common/Globals.h"
+#include "common/LayoutWalk.h"
 
 #include "hostapi/Classes.h"
 #include "hostapi/Layout.h"
@@ -52,25 +53,9 @@ QString text(const ObjectRef &object, const char *name) { return object->get(QSt
 
 // ---- the layout, late-bound
 
-std::vector<ObjectRef> ControlFactory::Sections() const {
-  const ObjectRef sections = activeReport_->get(QStringLiteral("Sections")).toObject();
-  const int count = sections->get(QStringLiteral("Count")).toLong();
-  std::vector<ObjectRef> result;
-  result.reserve(std::size_t(count));
-  for (int i = 0; i < count; ++i)
-    result.push_back(sections->invoke(QStringLiteral("Item"), {i}).toObject());
-  return result;
-}
+std::vector<ObjectRef> ControlFactory::Sections() const { return LayoutSections(activeReport_); }
 
-std::vector<ObjectRef> ControlFactory::Controls(const ObjectRef &section) {
-  const ObjectRef controls = section->get(QStringLiteral("Controls")).toObject();
-  const int count = controls->get(QStringLiteral("Count")).toLong();
-  std::vector<ObjectRef> result;
-  result.reserve(std::size_t(count));
-  for (int i = 0; i < count; ++i)
-    result.push_back(controls->invoke(QStringLiteral("Item"), {i}).toObject());
-  return result;
-}
+std::vector<ObjectRef> ControlFactory::Controls(const ObjectRef &section) { return SectionControls(section); }
 
 ObjectRef ControlFactory::SectionNamed(const QString &name) const {
   return activeReport_->get(QStringLiteral("Sections")).toObject()->invoke(QStringLiteral("Item"), {name}).toObject();

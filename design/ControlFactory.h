@@ -119,6 +119,9 @@ private:
   void RefreshLayout() const;
   // Adds a control of the ProgID to the named section.
   ObjectRef AddControl(const QString &sectionName, const char *progId) const;
+  // Adds a field of that name, data field, text and size.
+  ObjectRef AddField(const QString &sectionName, const QString &name, const QString &dataField, const QString &text,
+                     std::int32_t width, std::int32_t height) const;
 
   ObjectRef activeReport_;
   ObjectRef activeSection_;

@@ -91,12 +91,9 @@ bool ControlFactory::CreatePageFields() {
       const QString shown = u'<' + name + u'>';
       const QString internalPath = fields->translatePath(name, hostapi::PathDirection::ToInternal);
       const Measured size = measure(canvas, shown + QStringLiteral("000"));
-      const ObjectRef field = AddControl(fieldSection, hostapi::kFieldProgId);
-      field->set(QStringLiteral("Name"), GetUniqueName(QStringLiteral("fld_") + QString(internalPath).remove(u'.'), 0));
-      field->set(QStringLiteral("DataField"), name);
-      field->set(QStringLiteral("Text"), shown);
-      field->set(QStringLiteral("Width"), size.width);
-      field->set(QStringLiteral("Height"), size.height);
+      const ObjectRef field =
+          AddField(fieldSection, GetUniqueName(QStringLiteral("fld_") + QString(internalPath).remove(u'.'), 0), name,
+                   shown, size.width, size.height);
       if (!labelSection.isEmpty()) {
         // The label comes first; the field goes under it in the same
         // section, or on its place in another one.
@@ -115,6 +112,17 @@ bool ControlFactory::CreatePageFields() {
     ErrorMessage(QStringLiteral("ControlFactory.CreatePageFields"));
     return false;
   }
+}
+
+ObjectRef ControlFactory::AddField(const QString &sectionName, const QString &name, const QString &dataField,
+                                   const QString &text, std::int32_t width, std::int32_t height) const {
+  const ObjectRef field = AddControl(sectionName, hostapi::kFieldProgId);
+  field->set(QStringLiteral("Name"), name);
+  field->set(QStringLiteral("DataField"), dataField);
+  field->set(QStringLiteral("Text"), text);
+  field->set(QStringLiteral("Width"), width);
+  field->set(QStringLiteral("Height"), height);
+  return field;
 }
 
 void ControlFactory::CreateHeaderLabel(ControlPositioner &positioner, const QString &sectionName,
@@ -144,12 +152,10 @@ bool ControlFactory::CreateScriptFields() {
     for (const QString &expression : expressions) {
       const QString shown = u'<' + kScriptPrefix + expression + u'>';
       const Measured size = measure(canvas, shown);
-      const ObjectRef field = AddControl(fieldSection, hostapi::kFieldProgId);
-      field->set(QStringLiteral("Name"), GetUniqueName(QStringLiteral("fld_script"), 0));
-      field->set(QStringLiteral("DataField"), GetUniqueName(QStringLiteral("vbscript:script"), 1));
-      field->set(QStringLiteral("Text"), shown);
-      field->set(QStringLiteral("Width"), size.width);
-      field->set(QStringLiteral("Height"), size.height);
+      // The name before the data field: both are made unique in that order.
+      const QString name = GetUniqueName(QStringLiteral("fld_script"), 0);
+      const ObjectRef field = AddField(fieldSection, name, GetUniqueName(QStringLiteral("vbscript:script"), 1), shown,
+                                       size.width, size.height);
       positioner.SetPosition(field, fieldSection, 1, halfHeight(field));
     }
     RefreshLayout();

@@ -10,6 +10,7 @@
 
 #include "common/ApplicationManager.h"
 #include "common/Globals.h"
+#include "common/LayoutWalk.h"
 #include "common/ScriptExpression.h"
 #include "common/Settings.h"
 
@@ -50,23 +51,6 @@ const QString kScriptPrefix = QStringLiteral("vbscript:");
 QString designerKey() { return kSettingsRoot + QStringLiteral("\\Designer"); }
 
 QString text(const ObjectRef &object, const char *name) { return object->get(QString::fromLatin1(name)).toString(); }
-
-std::vector<ObjectRef> items(const ObjectRef &collection) {
-  const int count = collection->get(QStringLiteral("Count")).toLong();
-  std::vector<ObjectRef> result;
-  result.reserve(std::size_t(count));
-  for (int i = 0; i < count; ++i)
-    result.push_back(collection->invoke(QStringLiteral("Item"), {i}).toObject());
-  return result;
-}
-
-std::vector<ObjectRef> sectionsOf(const ObjectRef &layout) {
-  return items(layout->get(QStringLiteral("Sections")).toObject());
-}
-
-std::vector<ObjectRef> controlsOf(const ObjectRef &section) {
-  return items(section->get(QStringLiteral("Controls")).toObject());
-}
 
 } // namespace
 
@@ -252,7 +236,7 @@ void ReportDesigner::ConvertDataFields(const ObjectRef &layout, int direction) c
   const auto fields = page_->Class()->fields();
   // One unknown name must not stop the others: every step ignores its
   // own failure.
-  for (const ObjectRef &section : sectionsOf(layout)) {
+  for (const ObjectRef &section : LayoutSections(layout)) {
     try {
       const QString dataField = text(section, "DataField");
       if (dataField.startsWith(kScriptPrefix, Qt::CaseInsensitive))
@@ -262,7 +246,7 @@ void ReportDesigner::ConvertDataFields(const ObjectRef &layout, int direction) c
     } catch (const Error &) {
       // a section without a data field of its own
     }
-    for (const ObjectRef &control : controlsOf(section)) {
+    for (const ObjectRef &control : SectionControls(section)) {
       try {
         if (control->typeName() != QLatin1String("Field"))
           continue;
@@ -460,8 +444,8 @@ bool ReportDesigner::SetActiveSection() {
     if (first->typeName() == QLatin1String("Section")) {
       activeSection_ = first;
     } else {
-      for (const ObjectRef &section : sectionsOf(Layout()))
-        for (const ObjectRef &control : controlsOf(section))
+      for (const ObjectRef &section : LayoutSections(Layout()))
+        for (const ObjectRef &control : SectionControls(section))
           if (control == first)
             activeSection_ = section;
     }
@@ -552,7 +536,7 @@ void ReportDesigner::ard_ValidateChange(const ObjectRef &object, int kind, bool 
       if (object->typeName() == QLatin1String("SubReport"))
         RemoveSubPage(text(object, "Tag"));
     } else if (kind == kSectionDeleted) {
-      const std::vector<ObjectRef> controls = controlsOf(object);
+      const std::vector<ObjectRef> controls = SectionControls(object);
       for (auto it = controls.rbegin(); it != controls.rend(); ++it)
         if ((*it)->typeName() == QLatin1String("SubReport"))
           deletedSubPages_->Add(text(*it, "Tag"));

@@ -2,6 +2,7 @@
 
 #include "common/ApplicationManager.h"
 #include "common/Globals.h"
+#include "common/LayoutWalk.h"
 #include "core/Dictionary.h"
 #include "core/Error.h"
 #include "data/Records.h"
@@ -71,15 +72,7 @@ std::shared_ptr<Dictionary> PageRun::lateSubPages() {
   return lateSubPages_;
 }
 
-std::vector<ObjectRef> PageRun::Sections() const {
-  const ObjectRef sections = layoutReport_->get(QStringLiteral("Sections")).toObject();
-  const int count = sections->get(QStringLiteral("Count")).toLong();
-  std::vector<ObjectRef> result;
-  result.reserve(std::size_t(count));
-  for (int i = 0; i < count; ++i)
-    result.push_back(sections->invoke(QStringLiteral("Item"), {i}).toObject());
-  return result;
-}
+std::vector<ObjectRef> PageRun::Sections() const { return LayoutSections(layoutReport_); }
 
 void PageRun::DeclareFields() const {
   const ObjectRef engineFields = layoutReport_->get(QStringLiteral("Fields")).toObject();
