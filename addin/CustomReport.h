@@ -14,6 +14,7 @@ class ReportContext;
 
 namespace kordel::addin {
 
+class ContextManager;
 class Report;
 
 // The report object the host sees. It carries the identifying values of a
@@ -70,6 +71,9 @@ public:
   void PrintReport(bool preview, bool showDialog, const std::shared_ptr<hostapi::ReportContext> &context);
   void PrintLoadedReport(const std::shared_ptr<Report> &report, bool preview, bool showDialog,
                          const std::shared_ptr<hostapi::ReportContext> &context);
+  // The print dialog comes back here: mode 0 print, 1 preview, 2 export.
+  void m_PageSetup_OnPrint(std::int32_t mode, const std::shared_ptr<Report> &report,
+                           const std::shared_ptr<hostapi::ReportContext> &context, bool &result);
   // Runs the report: mode 0 prints at once, 1 previews (result: the user
   // printed from the preview), 2 exports to the context's export file.
   void RunReport(int mode, const std::shared_ptr<Report> &report,
@@ -97,6 +101,8 @@ private:
   // the default printer; nullptr when none is found. Never raises.
   ObjectRef ResolvePrinter(const std::shared_ptr<hostapi::ReportContext> &context,
                            const std::shared_ptr<Report> &report);
+  // The print dialog, modally; it runs the report through OnPrint.
+  void ShowPrintDialog(const std::shared_ptr<Report> &report, const std::shared_ptr<ContextManager> &contextManager);
   bool SupportsClass(const Variant &argument);
   void ReadOlderLayout(const hostapi::PropertyBag &bag);
 

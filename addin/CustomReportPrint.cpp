@@ -1,16 +1,18 @@
 // The road from the host's print and preview calls to the run: the
-// document is loaded, the range sorted, and the user asked only when the
-// call or the context leaves something open.
+// document is loaded, the range sorted, and the user asked through the
+// print dialog only when the call or the context leaves something open.
 
 #include "common/ApplicationManager.h"
 #include "addin/CustomReport.h"
 #include "common/Globals.h"
 #include "core/Error.h"
 #include "data/ContextManager.h"
+#include "dialogs/DlgPageSetup.h"
 #include "document/Report.h"
 #include "hostapi/Application.h"
 #include "hostapi/Database.h"
 #include "hostapi/ReportContext.h"
+#include "hostapi/Ui.h"
 
 namespace kordel::addin {
 
@@ -65,9 +67,9 @@ void CustomReport::PrintLoadedReport(const std::shared_ptr<Report> &report, bool
         return;
     }
 
-    ContextManager contextManager;
-    contextManager.SetApplication(CurrentApplication());
-    contextManager.Initialize(reportClass_, context);
+    const auto contextManager = std::make_shared<ContextManager>();
+    contextManager->SetApplication(CurrentApplication());
+    contextManager->Initialize(reportClass_, context);
 
     bool dialogWanted = !context || showDialog;
     if (!dialogWanted) {
@@ -77,12 +79,12 @@ void CustomReport::PrintLoadedReport(const std::shared_ptr<Report> &report, bool
         dialogWanted = true;
     }
     if (dialogWanted) {
-      // The print dialog, where the user picks range and printer, is not
-      // in this build yet.
-      raiseError(ErrorNumber::UserMessage, source, GetMessage(QStringLiteral("Report.PrintDialogMissing")));
+      // The dialog runs the report itself, through OnPrint.
+      ShowPrintDialog(report, contextManager);
+      return;
     }
 
-    const auto runContext = contextManager.CreateContext(0, QString());
+    const auto runContext = contextManager->CreateContext(0, QString());
     int mode = 0;
     if (preview)
       mode = 1;
@@ -92,6 +94,31 @@ void CustomReport::PrintLoadedReport(const std::shared_ptr<Report> &report, bool
     RunReport(mode, report, runContext, result);
   } catch (...) {
     ErrorMessage(source);
+  }
+}
+
+void CustomReport::ShowPrintDialog(const std::shared_ptr<Report> &report,
+                                   const std::shared_ptr<ContextManager> &contextManager) {
+  DlgPageSetup dialog;
+  dialog.SetReport(report);
+  dialog.SetContextManager(contextManager);
+  QObject::connect(&dialog, &DlgPageSetup::OnPrint,
+                   [this](std::int32_t mode, const std::shared_ptr<Report> &shown,
+                          const std::shared_ptr<hostapi::ReportContext> &runContext,
+                          bool &result) { m_PageSetup_OnPrint(mode, shown, runContext, result); });
+  dialog.Form_Load();
+  // The busy cursor of the print call would stay over the dialog.
+  ResetCursor();
+  hostapi::ui().showModal(dialog);
+  SetBusyCursor();
+}
+
+void CustomReport::m_PageSetup_OnPrint(std::int32_t mode, const std::shared_ptr<Report> &report,
+                                       const std::shared_ptr<hostapi::ReportContext> &context, bool &result) {
+  try {
+    RunReport(mode, report, context, result);
+  } catch (...) {
+    ErrorMessage(QStringLiteral("CustomReport.m_PageSetup_OnPrint"));
   }
 }
 

@@ -23,7 +23,7 @@ tests=(
   cups printer-driver-cups-pdf
   poppler-utils libtiff-tools
   libreoffice-writer-nogui libreoffice-calc-nogui
-  xvfb xauth x11-utils imagemagick
+  xvfb xauth x11-utils imagemagick xdotool
 )
 
 case "${1:-}" in

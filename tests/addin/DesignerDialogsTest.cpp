@@ -6,6 +6,7 @@
 // each dialog for a look.
 
 #include "DemoFixture.h"
+#include "WidgetTools.h"
 
 #include "common/ResourceManager.h"
 #include "common/Settings.h"
@@ -29,21 +30,14 @@
 
 #include <gtest/gtest.h>
 
-#include <stdexcept>
 
 using namespace kordel;
 using namespace kordel::addin;
+using kordel::test::child;
 
 namespace {
 
 const QString kPersons = QStringLiteral("{DIALOGS-PERSONS}");
-
-template <class T> T &child(QWidget &window, const char *name) {
-  T *found = window.findChild<T *>(QString::fromLatin1(name));
-  if (!found)
-    throw std::runtime_error(std::string("no control ") + name);
-  return *found;
-}
 
 QStringList comboTexts(QComboBox &combo) {
   QStringList result;
@@ -128,6 +122,7 @@ protected:
       EXPECT_TRUE(inside.contains(place)) << where;
       EXPECT_GE(control->width(), control->minimumSizeHint().width()) << where;
     }
+    EXPECT_EQ(test::mnemonicClashes(window), QStringList()) << name.toStdString();
     const QString folder = qEnvironmentVariable("KORDEL_SCREENSHOT_DIR", screenshots.path());
     const QString path = folder + u'/' + name + QStringLiteral(".png");
     EXPECT_TRUE(window.grab().save(path)) << path.toStdString();

@@ -43,7 +43,7 @@ TEST_F(TranslationTest, TextsComeFromTheFilesBesideTheAddin) {
   EXPECT_EQ(TranslateText("Name", "Addin"), "Name");
   StartTranslation("sv");
   EXPECT_EQ(GetMessage("Addin.Name"), QString::fromUtf8("Kordel rapporter"));
-  EXPECT_EQ(GetMessage("PrintSource.Selected", "1 234"), QString::fromUtf8("&Markerade poster (1 234)"));
+  EXPECT_EQ(GetMessage("PrintSource.Selected", "1 234"), QString::fromUtf8("Markerad&e poster (1 234)"));
   EXPECT_EQ(GetMessage("Scripts.VBScript"), "VBScript");
   StopTranslation();
   EXPECT_EQ(GetMessage("Addin.Name"), "Name");

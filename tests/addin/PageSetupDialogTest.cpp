@@ -6,6 +6,7 @@
 #include "WidgetTools.h"
 
 #include "common/Settings.h"
+#include "common/ResourceManager.h"
 #include "data/ContextManager.h"
 #include "dialogs/DlgPageSetup.h"
 #include "document/Report.h"
@@ -24,6 +25,7 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QTabBar>
 #include <QTest>
 
 #include <gtest/gtest.h>
@@ -208,6 +210,43 @@ TEST_F(PageSetupDialogTest, PrintToFileAsksForTheFileAndExports) {
   EXPECT_EQ(runs[0].mode, 2);
   EXPECT_EQ(runs[0].context->getProperty("sysprop__exportfile").toString(), target);
   ASSERT_EQ(ui->fileDialogs.size(), 2u);
+}
+
+// Each access key reaches one control in both languages, and the dialog
+// is worked from the keyboard alone: Alt+L turns the page, Enter prints,
+// Escape closes.
+TEST_F(PageSetupDialogTest, TheKeyboardAloneWorksItInBothLanguages) {
+  for (const char *language : {"en", "sv"}) {
+    StopTranslation();
+    StartTranslation(language);
+    auto form = dialog();
+    auto &tabs = child<QTabBar>(*form, "TabPrintSource");
+    for (int tab = 0; tab < tabs.count(); ++tab) {
+      tabs.setCurrentIndex(tab);
+      EXPECT_EQ(test::mnemonicClashes(*form), QStringList()) << language << " tab " << tab;
+    }
+    tabs.setCurrentIndex(0);
+    // Keys through the window, as the platform delivers them, so that
+    // access keys are looked up as shortcuts.
+    form->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(form.get()));
+    QTest::keyClick(form->windowHandle(), Qt::Key_L, Qt::AltModifier);
+    QTest::qWait(300); // an access key clicks a button as the mouse does, a moment later
+    EXPECT_TRUE(child<QRadioButton>(*form, "RbOrientationLandscape").isChecked()) << language;
+    runs.clear();
+    runResult = true;
+    QTest::keyClick(form->windowHandle(), Qt::Key_Return);
+    ASSERT_EQ(runs.size(), 1u) << language;
+    EXPECT_EQ(runs[0].mode, 0);
+    EXPECT_FALSE(form->isVisible());
+
+    auto again = dialog();
+    again->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(again.get()));
+    QTest::keyClick(again->windowHandle(), Qt::Key_Escape);
+    EXPECT_FALSE(again->isVisible());
+    EXPECT_EQ(again->result(), QDialog::Rejected);
+  }
 }
 
 } // namespace

@@ -127,6 +127,7 @@ protected:
         const QRect place(control->mapTo(&window, QPoint(0, 0)), control->size());
         EXPECT_TRUE(window.rect().contains(place)) << name.toStdString() << ": " << control->objectName().toStdString();
       }
+      EXPECT_EQ(test::mnemonicClashes(window), QStringList()) << name.toStdString() << " " << tab;
       const QString path = folder + QStringLiteral("/%1-%2.png").arg(name).arg(tab);
       EXPECT_TRUE(window.grab().save(path)) << path.toStdString();
     }

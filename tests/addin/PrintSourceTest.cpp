@@ -380,8 +380,8 @@ TEST_F(PrintSourceTest, BothTabsInEnglishAndSwedish) {
     QApplication::processEvents();
     auto &tabs = child<QTabBar>(*control, "TabPrintSource");
     if (language == "sv") {
-      EXPECT_EQ(tabs.tabText(1), "Under&sidor");
-      EXPECT_EQ(child<QRadioButton>(*control, "Opt1").text(), "&Markerade poster (1)");
+      EXPECT_EQ(tabs.tabText(1), "Unders&idor");
+      EXPECT_EQ(child<QRadioButton>(*control, "Opt1").text(), "Markerad&e poster (1)");
       EXPECT_EQ(control->NoFilterText(), "(inget urval)");
     }
     for (int tab = 0; tab < tabs.count(); ++tab) {

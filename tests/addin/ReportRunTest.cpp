@@ -6,7 +6,10 @@
 
 #include "DemoFixture.h"
 #include "LayoutSketch.h"
+#include "WidgetTools.h"
+#include "host/StoredRecord.h"
 #include "support/CupsTestQueues.h"
+#include "support/PdfTools.h"
 
 #include "addin/CustomReport.h"
 #include "core/Dictionary.h"
@@ -27,10 +30,21 @@
 #include "hostapi/Printers.h"
 #include "hostapi/Records.h"
 #include "hostapi/ReportContext.h"
+#include "nuvo/DatabaseObject.h"
+#include "nuvo/ExplorerList.h"
+#include "nuvo/ExplorerObject.h"
 #include "runtime/ActiveDunderReport.h"
 #include "runtime/Extensions.h"
 
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDialog>
+#include <QDir>
 #include <QFile>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QThread>
 #include <QProcess>
 #include <QRegularExpression>
 
@@ -84,6 +98,12 @@ protected:
   void setLayouts(const LayoutSketch &top, const LayoutSketch &persons) {
     report->Page()->SetLayoutTemplate(Variant(top.bytes()));
     report->LookupPage(kPersons)->SetLayoutTemplate(Variant(persons.bytes()));
+  }
+
+  // The companies' list window, the range a print without context uses.
+  void openCompanyList() {
+    const auto engine = std::dynamic_pointer_cast<nuvo::DatabaseObject>(app->database())->engine();
+    app->explorerList().open(std::make_shared<nuvo::ExplorerObject>(engine, QStringLiteral("company")));
   }
 
   // A top layout with the company name and the persons below it.
@@ -497,32 +517,99 @@ namespace {
 // wins over an export file.
 TEST_F(ReportRunTest, ThePrintRoadAsksOnlyWhenSomethingIsOpen) {
   setLayouts(companiesWithPersons(), LayoutSketch().section("Detail", SectionType::Detail).field("lastname", 600));
-  const QString dialogText = GetMessage(QStringLiteral("Report.PrintDialogMissing"));
+  const QString firstCompany = texts("company", "name").first();
 
   customReport.PrintLoadedReport(report, false, false, nullptr);
   ASSERT_EQ(ui->boxes.size(), 1u);
   EXPECT_TRUE(ui->boxes.back().text.contains(QStringLiteral("101003")))
       << "no context and no list window of the class: nothing to print";
 
-  const auto exportContext = allCompanies();
-  exportContext->setProperty(QStringLiteral("sysprop__exportfile"), dir.file("road.pdf"));
-  customReport.PrintLoadedReport(report, false, true, exportContext);
-  ASSERT_EQ(ui->boxes.size(), 2u);
-  EXPECT_EQ(ui->boxes.back().text, dialogText) << "a call that asks for the dialog gets it";
-  EXPECT_FALSE(QFile::exists(dir.file("road.pdf")));
-
+  // With the class's list window open, a print without a context asks
+  // for the rows and the printer; print to file writes what was chosen.
+  openCompanyList();
+  QStringList dialogs;
   int previews = 0;
+  std::function<void(QWidget &)> onDialog;
   ui->modalHandler = [&](QWidget &window) {
-    ++previews;
+    if (window.objectName() == QStringLiteral("DlgPageSetup")) {
+      dialogs << window.objectName();
+      onDialog(window);
+    } else {
+      ++previews;
+    }
     window.close();
   };
-  customReport.PrintLoadedReport(report, true, false, exportContext);
+  host::StoredRecord record;
+  record.WriteProperty("guid", report->Guid());
+  record.WriteProperty("C", "company");
+  record.WriteProperty("name", report->Name());
+  record.WriteProperty("category", "");
+  record.WriteProperty("contents", report->SaveContents());
+  customReport.Class_ReadProperties(record);
+  onDialog = [&](QWidget &window) {
+    auto &printers = test::child<QComboBox>(window, "CbPrinter");
+    printers.setCurrentIndex(printers.findText(QString::fromLatin1(hostapi::kBuiltInPdfPrinterName)));
+    test::child<QCheckBox>(window, "ChkPrintToFile").setChecked(true);
+    ui->fileAnswers.push_back(dir.file("chosen.pdf"));
+    test::child<QPushButton>(window, "CmdPrint").click();
+  };
+  customReport.IReport_PrintOut(false, nullptr);
+  EXPECT_EQ(dialogs.size(), 1);
+  EXPECT_TRUE(pdfText(dir.file("chosen.pdf")).contains(firstCompany)) << shownTexts().join('\n').toStdString();
+
+  // A call that asks for the dialog gets it even with a complete context;
+  // a preview from the dialog ignores the context's export file.
+  const auto exportContext = allCompanies();
+  exportContext->setProperty(QStringLiteral("sysprop__exportfile"), dir.file("road.pdf"));
+  onDialog = [&](QWidget &window) { test::child<QPushButton>(window, "CmdPreview").click(); };
+  customReport.PrintLoadedReport(report, false, true, exportContext);
+  EXPECT_EQ(dialogs.size(), 2);
   EXPECT_EQ(previews, 1);
+  EXPECT_FALSE(QFile::exists(dir.file("road.pdf")));
+
+  customReport.PrintLoadedReport(report, true, false, exportContext);
+  EXPECT_EQ(previews, 2);
   EXPECT_FALSE(QFile::exists(dir.file("road.pdf"))) << "a preview ignores the export file";
 
   customReport.PrintLoadedReport(report, false, false, exportContext);
-  EXPECT_TRUE(pdfText(dir.file("road.pdf")).contains(texts("company", "name").first()));
-  EXPECT_EQ(ui->boxes.size(), 2u) << shownTexts().join('\n').toStdString();
+  EXPECT_EQ(dialogs.size(), 2) << "nothing left open: no dialog";
+  EXPECT_TRUE(pdfText(dir.file("road.pdf")).contains(firstCompany));
+  EXPECT_EQ(ui->boxes.size(), 1u) << shownTexts().join('\n').toStdString();
+}
+
+// A print chosen in the dialog reaches a real print queue.
+TEST_F(ReportRunTest, APrintFromTheDialogReachesThePrintQueue) {
+  if (!test::pdfToolsAvailable())
+    GTEST_SKIP() << "pdftotext is needed";
+  test::TestPrintServer server(dir);
+  if (!server.running())
+    GTEST_SKIP() << "no print server for the test: " << server.failure().toStdString();
+  if (const QString why = server.addPdfPrinterQueue(QStringLiteral("kordel_dialog")); !why.isEmpty())
+    GTEST_SKIP() << why.toStdString();
+  setLayouts(companiesWithPersons(), LayoutSketch().section("Detail", SectionType::Detail).field("lastname", 600));
+  openCompanyList();
+  const test::PdfPrinterOutput output(report->Name());
+
+  bool closedByTheRun = false;
+  ui->modalHandler = [&](QWidget &window) {
+    auto &printers = test::child<QComboBox>(window, "CbPrinter");
+    printers.setCurrentIndex(printers.findText(QStringLiteral("kordel_dialog")));
+    test::child<QLineEdit>(window, "TxtCopies").setText(QStringLiteral("2"));
+    test::child<QRadioButton>(window, "Opt2").setChecked(true);
+    test::child<QPushButton>(window, "CmdPrint").click();
+    closedByTheRun = static_cast<QDialog &>(window).result() == QDialog::Accepted;
+  };
+  customReport.PrintLoadedReport(report, false, false, nullptr);
+  EXPECT_TRUE(closedByTheRun) << shownTexts().join('\n').toStdString();
+
+  const QString pdf = output.waitForFile();
+  ASSERT_FALSE(pdf.isEmpty()) << server.errorLog().toStdString();
+  const QString text = pdfText(pdf);
+  QFile::remove(pdf);
+  EXPECT_TRUE(text.contains(texts("company", "name").first())) << text.toStdString();
+  EXPECT_EQ(ReadReportSetting(report->Name(), QStringLiteral("PageSetup"), QStringLiteral("DeviceName"), QString())
+                .toString(),
+            QStringLiteral("kordel_dialog"));
 }
 
 } // namespace

@@ -1,5 +1,9 @@
 #include "WidgetTools.h"
 
+#include <QAbstractButton>
+#include <QLabel>
+#include <QMap>
+#include <QTabBar>
 #include <QTreeWidget>
 
 namespace kordel::test {
@@ -28,6 +32,46 @@ QTreeWidgetItem *select(QTreeWidget &tree, const QString &path) {
   tree.setCurrentItem(node);
   tree.scrollToItem(node);
   return node;
+}
+
+namespace {
+
+// The access key of a caption, lower case; a null character for none.
+QChar accessKey(const QString &text) {
+  for (qsizetype i = 0; i + 1 < text.size(); ++i) {
+    if (text[i] != u'&')
+      continue;
+    if (text[i + 1] != u'&')
+      return text[i + 1].toLower();
+    ++i; // "&&" is a plain ampersand
+  }
+  return {};
+}
+
+} // namespace
+
+QStringList mnemonicClashes(const QWidget &window) {
+  QMap<QChar, QStringList> owners;
+  const auto note = [&](const QString &text) {
+    if (const QChar key = accessKey(text); !key.isNull())
+      owners[key] << QString(text).remove(u'&');
+  };
+  for (const QWidget *control : window.findChildren<QWidget *>()) {
+    if (!control->isVisibleTo(&window))
+      continue;
+    if (const auto *button = qobject_cast<const QAbstractButton *>(control))
+      note(button->text());
+    else if (const auto *label = qobject_cast<const QLabel *>(control))
+      note(label->text());
+    else if (const auto *tabs = qobject_cast<const QTabBar *>(control))
+      for (int i = 0; i < tabs->count(); ++i)
+        note(tabs->tabText(i));
+  }
+  QStringList clashes;
+  for (auto owner = owners.cbegin(); owner != owners.cend(); ++owner)
+    if (owner.value().size() > 1)
+      clashes << QStringLiteral("%1: %2").arg(owner.key(), owner.value().join(QStringLiteral(", ")));
+  return clashes;
 }
 
 } // namespace kordel::test

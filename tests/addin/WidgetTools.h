@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 #include <QWidget>
 
 #include <stdexcept>
@@ -25,5 +26,10 @@ template <class T> T &child(QWidget &window, const char *name) {
 QTreeWidgetItem *nodeAt(QTreeWidget &tree, const QString &path);
 // Makes the node of the path the tree's current one.
 QTreeWidgetItem *select(QTreeWidget &tree, const QString &path);
+
+// The access keys (the letter after "&") that more than one visible control
+// of the window answers to, each as "k: Text one, Text two"; empty when
+// every key reaches one control. Buttons, labels and tabs are looked at.
+QStringList mnemonicClashes(const QWidget &window);
 
 } // namespace kordel::test

@@ -469,8 +469,7 @@ TEST_F(RunCommands, AQueueOfThePrintSystemGetsTheJobWithItsCopies) {
                       {QStringLiteral("-o"), QStringLiteral("pdftops-renderer-default=pdftocairo")}, error))
     GTEST_SKIP() << "the PDF printer queue cannot be set up: " << error.toStdString();
   const test::ScopedCupsServer server(cupsd.socket());
-  const QDir output(test::pdfPrinterOutputFolder());
-  const QStringList before = output.entryList({QStringLiteral("*.pdf")}, QDir::Files);
+  const test::PdfPrinterOutput output(kCompanyList);
 
   const OrvexRun run =
       orvex({"print", "--report", kCompanyList, "--ids", "2,7", "--printer", "kordel_reports", "--copies", "2"},
@@ -487,12 +486,10 @@ TEST_F(RunCommands, AQueueOfThePrintSystemGetsTheJobWithItsCopies) {
   ASSERT_EQ(job.state, IPP_JSTATE_COMPLETED) << job.stateMessage.toStdString();
   EXPECT_EQ(job.copies, 2);
 
-  QStringList written = output.entryList({QStringLiteral("*.pdf")}, QDir::Files);
-  for (const QString &old : before)
-    written.removeAll(old);
+  const QStringList written = output.written();
   ASSERT_EQ(written.size(), 1) << written.join(u',').toStdString();
-  const QString text = test::pdfPageTexts(output.filePath(written.front())).join(u'\n');
-  QFile::remove(output.filePath(written.front()));
+  const QString text = test::pdfPageTexts(written.front()).join(u'\n');
+  QFile::remove(written.front());
   const QStringList &companies = data().companies;
   EXPECT_EQ(missing(text, {companies[1], companies[6]}), QStringList());
   EXPECT_FALSE(plain(text).contains(companies[0]));

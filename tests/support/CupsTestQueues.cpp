@@ -132,11 +132,38 @@ QString TestPrintServer::addQueueWithBins(const QString &name, const QString &de
   return {};
 }
 
-QStringList newPdfFiles(const QString &folder, const QStringList &before) {
-  QStringList added = QDir(folder).entryList({QStringLiteral("*.pdf")}, QDir::Files);
-  for (const QString &old : before)
-    added.removeAll(old);
-  return added;
+PdfPrinterOutput::PdfPrinterOutput(const QString &jobTitle)
+    : folder_(pdfPrinterOutputFolder()), since_(QDateTime::currentSecsSinceEpoch()) {
+  // The printer names a file after the job's title, each character outside
+  // letters and digits made an underscore.
+  for (const QChar c : jobTitle)
+    stem_ += (c.isLetterOrNumber() && c.unicode() < 128) ? c : QChar(u'_');
+}
+
+QStringList PdfPrinterOutput::written() const {
+  QStringList paths;
+  const auto files =
+      QDir(folder_).entryInfoList({stem_ + QStringLiteral("*.pdf")}, QDir::Files, QDir::Time | QDir::Reversed);
+  for (const QFileInfo &file : files)
+    if (file.lastModified().toSecsSinceEpoch() >= since_)
+      paths << file.filePath();
+  return paths;
+}
+
+QString PdfPrinterOutput::waitForFile() const {
+  const QDeadlineTimer deadline(60000);
+  while (!deadline.hasExpired()) {
+    const QStringList files = written();
+    if (!files.isEmpty()) {
+      // The printer writes the file in pieces: it is whole once it reads.
+      QProcess reader;
+      reader.start(QStringLiteral("pdfinfo"), {files.front()});
+      if (reader.waitForFinished(10000) && reader.exitCode() == 0)
+        return files.front();
+    }
+    QThread::msleep(100);
+  }
+  return {};
 }
 
 bool addQueue(const PrivateCupsd &cupsd, const QString &name, const QString &device, const QString &ppd,

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QDateTime>
 #include <QString>
 #include <QStringList>
 
@@ -92,8 +93,26 @@ private:
   std::unique_ptr<ScopedTempFolder> tempFolder_;
 };
 
-// The PDF files in a folder that are not in before, by name.
-QStringList newPdfFiles(const QString &folder, const QStringList &before);
+// The PDF printer's output folder, watched from the moment this is made for
+// the files of one job title. Print tests may run side by side and each
+// private scheduler numbers its jobs from 1, so a file is told by its
+// title and time, not by its name alone.
+class PdfPrinterOutput {
+public:
+  explicit PdfPrinterOutput(const QString &jobTitle);
+
+  QString folder() const { return folder_; }
+  // The paths of the title's files written since, oldest first.
+  QStringList written() const;
+  // Waits up to a minute for the title's file to be there and whole (its
+  // text can be read); its path, or empty.
+  QString waitForFile() const;
+
+private:
+  QString folder_;
+  QString stem_;
+  qint64 since_;
+};
 
 // Adds an enabled queue to the scheduler with a driver description (PPD
 // file) and device; true on success, else error holds lpadmin's complaint.

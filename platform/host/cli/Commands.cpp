@@ -117,13 +117,17 @@ std::vector<Command> makeCommands() {
        exportReport},
       {{QStringLiteral("print"),
         QStringLiteral("run a report and print it"),
-        QStringLiteral("--report NAME RANGE [OPTION]..."),
+        QStringLiteral("--report NAME [RANGE] [OPTION]..."),
         QStringLiteral("Runs a report for a range of records and prints it: on the printer named, else on\n"
-                       "the one the report last printed on, else on the default printer.\n") +
+                       "the one the report last printed on, else on the default printer.\n"
+                       "Without a range, or with --dialog, the print dialog opens (it needs a display):\n"
+                       "printer, copies, margins and the rows of the report's class are chosen there.\n") +
             kRange,
         runOptions({{QStringLiteral("--printer"), QStringLiteral("NAME"),
                      QStringLiteral("a print queue, or \"Orvex PDF\" for a file in the documents folder")},
-                    {QStringLiteral("--copies"), QStringLiteral("N"), QStringLiteral("how many copies")}}),
+                    {QStringLiteral("--copies"), QStringLiteral("N"), QStringLiteral("how many copies")},
+                    {QStringLiteral("--dialog"), QString(),
+                     QStringLiteral("opens the print dialog on the range, to choose before printing")}}),
         {}},
        printReport},
       {{QStringLiteral("preview"),

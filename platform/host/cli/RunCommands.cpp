@@ -104,7 +104,7 @@ public:
   // exports as the context says, with a Ui that writes its messages to
   // standard error and shows windows through the given Ui. Returns the
   // number of failures the report object reported.
-  int run(RunMode mode, std::shared_ptr<hostapi::Ui> windows) {
+  int run(RunMode mode, std::shared_ptr<hostapi::Ui> windows, bool dialog = false) {
     const auto ui = std::make_shared<ReportingUi>(std::make_shared<BatchUi>(), std::move(windows));
     hostapi::installUi(ui);
     // The run's windows go with the run, while the application still runs.
@@ -115,7 +115,7 @@ public:
     if (mode == RunMode::Preview)
       report->IReport_PrintPreview(ObjectRef(context_));
     else
-      report->IReport_PrintOut(false, ObjectRef(context_));
+      report->IReport_PrintOut(dialog, ObjectRef(context_));
     return ui->failures();
   }
 
@@ -182,6 +182,11 @@ int exportReport(HostApplication &host, const Arguments &arguments) {
 
 int printReport(HostApplication &host, const Arguments &arguments) {
   const RunRequest request = RunRequest::read(RunMode::Print, arguments);
+  if (request.dialog && !windowsReachTheUser())
+    raiseError(ErrorNumber::InvalidCall, QStringLiteral("orvex"),
+               QStringLiteral("The print dialog needs a display: none is set (DISPLAY or WAYLAND_DISPLAY), or the "
+                              "window platform (QT_QPA_PLATFORM) draws offscreen; give a range (--filter, --ids, "
+                              "--all or --explorer) to print without it"));
   const QString printer = request.printer.isEmpty() ? QString() : printerNamed(request.printer);
   ReportRun run(host, request);
   if (!printer.isEmpty())
@@ -189,6 +194,13 @@ int printReport(HostApplication &host, const Arguments &arguments) {
   if (request.copies > 0)
     run.context().setProperty(QStringLiteral("sysprop__copies"), request.copies);
 
+  if (request.dialog) {
+    progress(QStringLiteral("Opening the print dialog for %1").arg(run.subject()));
+    if (run.run(RunMode::Print, std::make_shared<QtUi>(), true) > 0)
+      return 1;
+    progress(QStringLiteral("Closed the print dialog of \"%1\"").arg(run.reportName()));
+    return 0;
+  }
   progress(QStringLiteral("Printing %1 on %2%3")
                .arg(run.subject(), printer.isEmpty() ? QStringLiteral("the report's printer") : printer,
                     request.copies > 0 ? QStringLiteral(", ") + counted(request.copies, "copy", "copies") : QString()));

@@ -51,10 +51,12 @@ RunRange fromIds(HostApplication &application, const std::shared_ptr<hostapi::Cl
 }
 
 // A list window on the class, current and active, as a user leaves it who
-// prints from it.
+// prints from it. With no range given it lists the class with nothing
+// selected, for the print dialog to choose from.
 RunRange fromExplorer(HostApplication &application, const std::shared_ptr<hostapi::Class> &reportClass,
                       const RangeRequest &request) {
-  const auto shown = application.classes()->lookup(request.name, hostapi::LookupMode::Either);
+  const QString className = request.kind == RangeRequest::None ? reportClass->name() : request.name;
+  const auto shown = application.classes()->lookup(className, hostapi::LookupMode::Either);
   if (!shown)
     raiseError(ErrorNumber::InvalidCall, kSource,
                QStringLiteral("There is no class \"%1\" for a list window").arg(request.name));
@@ -64,9 +66,11 @@ RunRange fromExplorer(HostApplication &application, const std::shared_ptr<hostap
                    .arg(shown->localName(), reportClass->localName()));
   const auto explorer =
       std::make_shared<nuvo::ExplorerObject>(nuvo::engineOf(ObjectRef(application.database())), shown->name());
-  explorer->select(request.selected ? request.ids : explorer->listedIds());
+  if (request.kind != RangeRequest::None)
+    explorer->select(request.selected ? request.ids : explorer->listedIds());
   application.explorerList().open(explorer);
-  return {Variant(ObjectRef(explorer)), QString(), int(explorer->selectedIds().size())};
+  const auto counted = request.kind == RangeRequest::None ? explorer->listedIds() : explorer->selectedIds();
+  return {Variant(ObjectRef(explorer)), QString(), int(counted.size())};
 }
 
 } // namespace
@@ -105,8 +109,8 @@ RunRange RunRange::resolve(HostApplication &application, const std::shared_ptr<h
     range = {Variant(ObjectRef(everything)), QString(), countRecords(application, reportClass, everything)};
     break;
   }
-  case RangeRequest::Explorer: range = fromExplorer(application, reportClass, request); break;
-  case RangeRequest::None: raiseError(ErrorNumber::InvalidCall, kSource, QStringLiteral("The run has no range"));
+  case RangeRequest::Explorer:
+  case RangeRequest::None: range = fromExplorer(application, reportClass, request); break;
   }
   if (range.records == 0)
     raiseError(

@@ -30,7 +30,8 @@ struct RunRange {
   // list window of a class that is not the report's, and 101002 for a range
   // that holds no records of the class. A list window is opened on the
   // class, made current and active, with the selection given or all of
-  // its records selected.
+  // its records selected; with no range given it is opened on the report's
+  // class with nothing selected.
   static RunRange resolve(HostApplication &application, const std::shared_ptr<hostapi::Class> &reportClass,
                           const RangeRequest &request);
 };

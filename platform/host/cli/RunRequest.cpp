@@ -44,8 +44,8 @@ QString commandName(RunMode mode) {
 }
 
 // The range of the request from its range options; raises when there are
-// several.
-RangeRequest rangeOf(const Arguments &arguments) {
+// several, and when there is none unless the print dialog will ask.
+RangeRequest rangeOf(const Arguments &arguments, bool dialogAsks) {
   RangeRequest range;
   QString rangeWord;
   for (const auto &[option, value] : arguments.given()) {
@@ -69,7 +69,7 @@ RangeRequest rangeOf(const Arguments &arguments) {
     else
       range.name = value;
   }
-  if (range.kind == RangeRequest::None)
+  if (range.kind == RangeRequest::None && !dialogAsks)
     refuse(QStringLiteral("Give the records to print: %1").arg(kRangeWords));
   if (arguments.has(QStringLiteral("--select"))) {
     if (range.kind != RangeRequest::Explorer)
@@ -92,12 +92,21 @@ RunRequest RunRequest::read(RunMode mode, const Arguments &arguments) {
   request.outFile = arguments.value(QStringLiteral("--out"));
   if (mode == RunMode::Export && request.outFile.isEmpty())
     refuse(QStringLiteral("Name the file to write with --out; %1").arg(help));
-  request.range = rangeOf(arguments);
+  // A print with no range asks for it in the print dialog.
+  request.dialog = mode == RunMode::Print && arguments.has(QStringLiteral("--dialog"));
+  const bool ranged = arguments.has(QStringLiteral("--filter")) || arguments.has(QStringLiteral("--ids")) ||
+                      arguments.has(QStringLiteral("--all")) || arguments.has(QStringLiteral("--explorer"));
+  if (mode == RunMode::Print && !ranged)
+    request.dialog = true;
+  request.range = rangeOf(arguments, request.dialog);
   for (const QString &text : arguments.values(QStringLiteral("--subfilter")))
     request.subFilters.append(subFilter(text));
   request.language = arguments.value(QStringLiteral("--lang"));
   request.database = arguments.value(QStringLiteral("--db"));
   request.printer = arguments.value(QStringLiteral("--printer"));
+  if (request.dialog && !request.printer.isEmpty())
+    refuse(QStringLiteral("The printer is chosen in the print dialog: give --printer with a range and without "
+                          "--dialog"));
   if (arguments.has(QStringLiteral("--copies"))) {
     const QString copies = arguments.value(QStringLiteral("--copies"));
     request.copies = wholeNumber(copies, QStringLiteral("--copies"));

@@ -15,6 +15,8 @@ enum class RunMode { Export, Print, Preview };
 
 // The records a run prints, as the command line names them.
 struct RangeRequest {
+  // None: no range given; the print dialog offers the rows of a list
+  // window of the report's class.
   enum Kind { None, Filter, Ids, All, Explorer };
   Kind kind = None;
   // The filter's name or local name for Filter; the class of the list
@@ -45,10 +47,12 @@ struct RunRequest {
   QString database;
   QString printer;
   int copies = 0; // 0 leaves the number to the report and printer
+  // A print that opens the print dialog: --dialog, or no range given.
+  bool dialog = false;
 
   // The request of the command's words, read by the shared parser. Raises
-  // 5 for a missing --report (or --out for an export), no range or more
-  // than one, --select without --explorer, and values of the wrong form.
+  // 5 for a missing --report (or --out for an export), no range (but for a
+  // print, which then asks in the dialog) or more than one, --select without --explorer, and values of the wrong form.
   static RunRequest read(RunMode mode, const Arguments &arguments);
 };
 

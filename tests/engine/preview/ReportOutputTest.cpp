@@ -342,8 +342,7 @@ TEST(ReportOutputOnAServer, APrintFromThePreviewReachesThePdfPrinterQueue) {
     GTEST_SKIP() << "no print server for the test: " << server.failure().toStdString();
   if (const QString why = server.addPdfPrinterQueue(QStringLiteral("kordel_pdf")); !why.isEmpty())
     GTEST_SKIP() << why.toStdString();
-  const QString output = test::pdfPrinterOutputFolder();
-  const QStringList before = QDir(output).entryList({QStringLiteral("*.pdf")}, QDir::Files);
+  const test::PdfPrinterOutput output(QStringLiteral("Kordel preview print"));
 
   auto report = customerList();
   auto sink = std::make_shared<PrintingSink>(report);
@@ -372,9 +371,9 @@ TEST(ReportOutputOnAServer, APrintFromThePreviewReachesThePdfPrinterQueue) {
   ASSERT_EQ(job.state, IPP_JSTATE_COMPLETED) << job.stateMessage.toStdString() << server.errorLog().toStdString();
   EXPECT_EQ(job.name, QStringLiteral("Kordel preview print"));
 
-  const QStringList written = test::newPdfFiles(output, before);
+  const QStringList written = output.written();
   ASSERT_EQ(written.size(), 1) << written.join(u',').toStdString();
-  const QString pdf = QDir(output).filePath(written.front());
+  const QString pdf = written.front();
   const QStringList pages = test::pdfPageTexts(pdf);
   QFile::remove(pdf);
   ASSERT_EQ(pages.size(), 3);

@@ -65,8 +65,7 @@ TEST_F(PagePrinting, PrintsTheTextOfAllPagesToAPdfPrinter) {
   if (const QString why = server_->addPdfPrinterQueue(QStringLiteral("kordel_pdf")); !why.isEmpty())
     GTEST_SKIP() << why.toStdString();
 
-  const QDir output(test::pdfPrinterOutputFolder());
-  const QStringList before = output.entryList({QStringLiteral("*.pdf")}, QDir::Files);
+  const test::PdfPrinterOutput output(QStringLiteral("Kordel invoice run"));
 
   PrintSettings settings;
   settings.queue = QStringLiteral("kordel_pdf");
@@ -83,9 +82,9 @@ TEST_F(PagePrinting, PrintsTheTextOfAllPagesToAPdfPrinter) {
   EXPECT_EQ(attributes.copies, 2);
   EXPECT_EQ(attributes.orientation, 3);
 
-  const QStringList written = test::newPdfFiles(output.path(), before);
+  const QStringList written = output.written();
   ASSERT_EQ(written.size(), 1) << written.join(u',').toStdString();
-  const QString pdf = output.filePath(written.front());
+  const QString pdf = written.front();
   const QStringList pages = test::pdfPageTexts(pdf);
   const QString pagesCount = test::pdfInfoValue(pdf, QStringLiteral("Pages"));
   QFile::remove(pdf);
