@@ -154,6 +154,21 @@ TEST_F(WindowCommands, TheDesignerWindowOpensOnADemoReportOnARealDisplay) {
       << windows().toStdString() << program.readAllStandardError().toStdString();
   EXPECT_GT(coloursIn(screenshot("orvex-design.png")), 10)
       << "a window with bands, texts and toolbars, not a blank screen";
+
+  // Its Print asks in the print dialog, on the rows of the class's list
+  // window; Escape closes the dialog and leaves the designer open.
+  type({"ctrl+p"});
+  QElapsedTimer waited;
+  waited.start();
+  while (waited.elapsed() < 30000 && !windows().contains(QLatin1String("\"Print\"")))
+    QThread::msleep(200);
+  ASSERT_TRUE(windows().contains(QLatin1String("\"Print\""))) << program.readAllStandardError().toStdString();
+  QThread::msleep(500);
+  screenshot("orvex-design-print.png");
+  type({"Escape"});
+  QThread::msleep(1000);
+  EXPECT_FALSE(windows().contains(QLatin1String("\"Print\"")));
+  EXPECT_FALSE(program.waitForFinished(500)) << "the designer stays open";
 }
 
 // A print without a range opens the print dialog on the class's records;

@@ -2,6 +2,7 @@
 
 #include "cli/DataCommands.h"
 #include "cli/ReportingUi.h"
+#include "cli/RunRange.h"
 
 #include "host/AddinHost.h"
 #include "host/BatchUi.h"
@@ -68,8 +69,14 @@ int designReport(HostApplication &host, const Arguments &arguments) {
     report->IReport_SetDatabase(application->database());
     report->IReport_SetName(name);
   } else {
-    report = catalog.open(catalog.find(arguments.value(QStringLiteral("--report"))));
+    const ReportEntry entry = catalog.find(arguments.value(QStringLiteral("--report")));
+    report = catalog.open(entry);
+    reportClass = application->classes()->lookup(entry.reportClass, hostapi::LookupMode::Either);
   }
+  // The designer's Print asks for the rows in the print dialog, which
+  // offers those of the class's list window, as in the desktop client.
+  if (reportClass)
+    openListWindow(*application, *reportClass);
 
   const auto ui = std::make_shared<ReportingUi>(std::make_shared<BatchUi>(), std::make_shared<QtUi>());
   hostapi::installUi(ui);

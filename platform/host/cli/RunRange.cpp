@@ -64,16 +64,21 @@ RunRange fromExplorer(HostApplication &application, const std::shared_ptr<hostap
     raiseError(ErrorNumber::InvalidCall, kSource,
                QStringLiteral("The list window would show %1, but the report prints %2")
                    .arg(shown->localName(), reportClass->localName()));
-  const auto explorer =
-      std::make_shared<nuvo::ExplorerObject>(nuvo::engineOf(ObjectRef(application.database())), shown->name());
+  const auto explorer = openListWindow(application, *shown);
   if (request.kind != RangeRequest::None)
     explorer->select(request.selected ? request.ids : explorer->listedIds());
-  application.explorerList().open(explorer);
   const auto counted = request.kind == RangeRequest::None ? explorer->listedIds() : explorer->selectedIds();
   return {Variant(ObjectRef(explorer)), QString(), int(counted.size())};
 }
 
 } // namespace
+
+std::shared_ptr<nuvo::ExplorerObject> openListWindow(HostApplication &application, const hostapi::Class &cls) {
+  const auto explorer =
+      std::make_shared<nuvo::ExplorerObject>(nuvo::engineOf(ObjectRef(application.database())), cls.name());
+  application.explorerList().open(explorer);
+  return explorer;
+}
 
 std::shared_ptr<hostapi::Filter> savedFilter(const hostapi::Class &cls, const QString &name) {
   const auto filters = cls.filters();

@@ -15,6 +15,10 @@ namespace kordel::host {
 class HostApplication;
 }
 
+namespace kordel::nuvo {
+class ExplorerObject;
+}
+
 namespace kordel::host::cli {
 
 // The records of one run, found in the open database: what the run
@@ -35,6 +39,10 @@ struct RunRange {
   static RunRange resolve(HostApplication &application, const std::shared_ptr<hostapi::Class> &reportClass,
                           const RangeRequest &request);
 };
+
+// A list window on the class with nothing selected, made current and
+// active, as a user leaves it who opens a report from it.
+std::shared_ptr<nuvo::ExplorerObject> openListWindow(HostApplication &application, const hostapi::Class &cls);
 
 // A saved filter of the class by its name or else its local name, both
 // without regard to case; raises 5 naming the class's filters when it has
