@@ -7,6 +7,7 @@
 #include "host/IniTranslator.h"
 #include "host/PrinterList.h"
 #include "host/RegistryKeyObject.h"
+#include "host/SettingsObject.h"
 #include "host/SettingsStore.h"
 
 #include "engine/export/HtmlExporterObject.h"
@@ -56,6 +57,7 @@ constexpr const char *kEngineSettingsKey = "HKEY_CURRENT_USER\\Software\\Skarnho
 HostApplication::HostApplication(std::shared_ptr<SettingsStore> settings, std::shared_ptr<FileLog> log,
                                  QString language)
     : settings_(std::move(settings)), log_(std::move(log)), explorers_(std::make_shared<nuvo::ExplorerList>()),
+      inspectors_(std::make_shared<nuvo::InspectorList>()), settingsObject_(std::make_shared<SettingsObject>(settings_)),
       language_(language.isEmpty() ? defaultLanguage() : std::move(language)) {
   registerProgId(QString::fromLatin1(hostapi::kTranslatorProgId), [] { return std::make_shared<IniTranslator>(); });
   registerProgId(QString::fromLatin1(hostapi::kRegistryProgId),
@@ -164,8 +166,10 @@ std::shared_ptr<hostapi::ApplicationLog> HostApplication::applicationLog() { ret
 QString HostApplication::version() const { return QCoreApplication::applicationVersion(); }
 
 void HostApplication::setDatabase(std::shared_ptr<hostapi::Database> database) {
-  if (database != database_)
+  if (database != database_) {
     explorers_ = std::make_shared<nuvo::ExplorerList>();
+    inspectors_ = std::make_shared<nuvo::InspectorList>();
+  }
   database_ = std::move(database);
 }
 
@@ -218,6 +222,10 @@ const MemberTable &HostApplication::memberTable() const {
       property<HostApplication>("ActiveExplorer",
                                 [](HostApplication &a) { return Variant(ObjectRef(a.activeExplorer())); }),
       property<HostApplication>("ActiveUser", [](HostApplication &a) { return Variant(ObjectRef(a.activeUser())); }),
+      property<HostApplication>("Inspectors", [](HostApplication &a) { return Variant(a.inspectors_); }),
+      property<HostApplication>("ActiveInspector",
+                                [](HostApplication &a) { return Variant(ObjectRef(a.inspectors_->active())); }),
+      property<HostApplication>("Settings", [](HostApplication &a) { return Variant(a.settingsObject_); }),
       fullRightsOnly(method<HostApplication>("RegisterReportFactory",
                                              [](HostApplication &a, Args &args) {
                                                expectArgs(args, 1, 1);

@@ -10,12 +10,14 @@
 
 namespace kordel::nuvo {
 class ExplorerList;
-}
+class InspectorList;
+} // namespace kordel::nuvo
 
 namespace kordel::host {
 
 class EngineTranslator;
 class FileLog;
+class SettingsObject;
 class SettingsStore;
 
 // The host application object that the add-in and automation scripts see.
@@ -27,7 +29,8 @@ class SettingsStore;
 // It has the layout engine show its preview and messages through the
 // installed Ui. Late-bound:
 // MousePointer, Language, Version, CreateObject, ApplicationLog, Database,
-// Classes, Explorers, ActiveExplorer, ActiveUser, RegisterReportFactory.
+// Classes, Explorers, ActiveExplorer, ActiveUser, RegisterReportFactory,
+// and the host's own Inspectors, ActiveInspector and Settings.
 class HostApplication : public hostapi::Application {
 public:
   using Factory = std::function<ObjectRef()>;
@@ -71,6 +74,8 @@ public:
   // The list windows, for the desktop client and the command line to open
   // and activate.
   nuvo::ExplorerList &explorerList() { return *explorers_; }
+  // The record windows, likewise.
+  nuvo::InspectorList &inspectorList() { return *inspectors_; }
   // The add-in classes that registered report factories, in order.
   const QStringList &reportFactories() const { return reportFactories_; }
   const std::shared_ptr<SettingsStore> &settings() const { return settings_; }
@@ -90,6 +95,8 @@ private:
   std::shared_ptr<FileLog> log_;
   std::shared_ptr<hostapi::Database> database_;
   std::shared_ptr<nuvo::ExplorerList> explorers_;
+  std::shared_ptr<nuvo::InspectorList> inspectors_;
+  std::shared_ptr<SettingsObject> settingsObject_;
   QStringList reportFactories_;
   QString language_;
   int mousePointer_ = hostapi::MousePointer::Default;

@@ -138,4 +138,20 @@ void ReportCatalog::store(hostapi::IReport &report) {
   nuvo::StoredRecords(engine_).write(report.IReport_GUID(), factory_->IReportFactory_Type(), record.toBytes());
 }
 
+ReportEntry ReportCatalog::rename(const ReportEntry &entry, const QString &name) {
+  const QString wanted = name.trimmed();
+  if (wanted.isEmpty())
+    raiseError(ErrorNumber::InvalidCall, kSource, QStringLiteral("A report needs a name"));
+  for (const ReportEntry &other : list())
+    if (other.guid != entry.guid && other.name.compare(wanted, Qt::CaseInsensitive) == 0)
+      raiseError(ErrorNumber::FileAlreadyExists, kSource,
+                 QStringLiteral("A report named \"%1\" exists already").arg(wanted));
+  const auto report = open(entry);
+  report->IReport_SetName(wanted);
+  store(*report);
+  return {entry.guid, report->IReport_Name(), entry.category, entry.reportClass};
+}
+
+void ReportCatalog::remove(const ReportEntry &entry) { nuvo::removeFile(*engine_, entry.guid); }
+
 } // namespace kordel::host

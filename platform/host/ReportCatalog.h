@@ -56,6 +56,12 @@ public:
 
   // Keeps a report object: its stored record, then its host file.
   void store(hostapi::IReport &report);
+  // Gives a report another name; raises 5 for an empty name and 58 when
+  // another report has it.
+  ReportEntry rename(const ReportEntry &entry, const QString &name);
+  // Deletes a report, its host file and its record; raises 70 when the
+  // user may not change it.
+  void remove(const ReportEntry &entry);
 
 private:
   HostApplication &application_;

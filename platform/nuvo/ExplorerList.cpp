@@ -70,4 +70,43 @@ const MemberTable &ExplorerList::memberTable() const {
   return table;
 }
 
+std::shared_ptr<hostapi::Inspector> InspectorList::item(int index) const {
+  if (index < 1 || index > count())
+    raiseError(ErrorNumber::SubscriptOutOfRange, QStringLiteral("Inspectors"),
+               QStringLiteral("There is no record window %1; %2 are open").arg(index).arg(count()));
+  return inspectors_[std::size_t(index - 1)];
+}
+
+void InspectorList::open(const std::shared_ptr<hostapi::Inspector> &inspector) {
+  inspectors_.push_back(inspector);
+  active_ = inspector;
+}
+
+void InspectorList::close(const std::shared_ptr<hostapi::Inspector> &inspector) {
+  std::erase(inspectors_, inspector);
+  if (active_ == inspector)
+    active_.reset();
+}
+
+std::unique_ptr<Enumerator> InspectorList::enumerate() {
+  std::vector<Variant> inspectors(inspectors_.begin(), inspectors_.end());
+  return std::make_unique<ListEnumerator>(std::move(inspectors));
+}
+
+const MemberTable &InspectorList::memberTable() const {
+  static const MemberTable table{
+      {
+          property<InspectorList>("Count", [](InspectorList &i) { return i.count(); }),
+          indexedProperty<InspectorList>("Item",
+                                         [](InspectorList &i, Args &a) {
+                                           expectArgs(a, 1, 1);
+                                           return Variant(i.item(int(a[0].toLong())));
+                                         }),
+          property<InspectorList>("Active", [](InspectorList &i) { return Variant(ObjectRef(i.active())); }),
+      },
+      nullptr,
+      QStringLiteral("Item")};
+  return table;
+}
+
 } // namespace kordel::nuvo

@@ -43,4 +43,33 @@ private:
   std::shared_ptr<hostapi::Explorer> active_;
 };
 
+// The open record windows of the host, in the order they were opened; the
+// active one has the focus now, if a record window has it. Late-bound:
+// Count, Item(index from 1) (default), Active, and For Each.
+class InspectorList : public Object {
+public:
+  QString typeName() const override { return QStringLiteral("Inspectors"); }
+
+  int count() const { return int(inspectors_.size()); }
+  // Raises 9 for an index outside 1 to Count.
+  std::shared_ptr<hostapi::Inspector> item(int index) const;
+  std::shared_ptr<hostapi::Inspector> active() const { return active_; }
+
+  // Opens a window, which becomes the active one.
+  void open(const std::shared_ptr<hostapi::Inspector> &inspector);
+  void close(const std::shared_ptr<hostapi::Inspector> &inspector);
+  void activate(const std::shared_ptr<hostapi::Inspector> &inspector) { active_ = inspector; }
+  // Another kind of window took the focus: no record window is active.
+  void deactivate() { active_.reset(); }
+
+  std::unique_ptr<Enumerator> enumerate() override;
+
+protected:
+  const MemberTable &memberTable() const override;
+
+private:
+  std::vector<std::shared_ptr<hostapi::Inspector>> inspectors_;
+  std::shared_ptr<hostapi::Inspector> active_;
+};
+
 } // namespace kordel::nuvo

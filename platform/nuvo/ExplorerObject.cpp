@@ -2,6 +2,7 @@
 
 #include "nuvo/ClassObjects.h"
 #include "nuvo/Engine.h"
+#include "nuvo/ListQuery.h"
 #include "nuvo/PoolObject.h"
 #include "nuvo/QueryBuilder.h"
 #include "nuvo/RecordObject.h"
@@ -30,9 +31,12 @@ std::vector<int> keepAmong(const std::vector<int> &list, const std::vector<int> 
 } // namespace
 
 ExplorerObject::ExplorerObject(std::shared_ptr<Engine> engine, const QString &className)
-    : engine_(std::move(engine)), class_(engine_->classNamed(className)) {
+    : engine_(std::move(engine)), class_(engine_->classNamed(className)),
+      query_(std::make_unique<ListQuery>(engine_, className)) {
   refresh();
 }
+
+ExplorerObject::~ExplorerObject() = default;
 
 std::shared_ptr<hostapi::Class> ExplorerObject::explorerClass() const {
   return std::make_shared<ClassObject>(engine_, class_);
@@ -44,7 +48,19 @@ std::shared_ptr<hostapi::Selection> ExplorerObject::selection() const {
   return std::make_shared<SelectionObject>(selected_);
 }
 
-std::shared_ptr<hostapi::Records> ExplorerObject::records() const { return records_; }
+std::shared_ptr<hostapi::Records> ExplorerObject::records() const {
+  if (!records_) {
+    // Each record's description, as a list shows it.
+    auto view = std::make_shared<ViewObject>();
+    for (const auto &part : class_.descriptionParts())
+      if (part.field)
+        view->add(part.field->name, 0, -1, QString());
+    auto records = std::make_shared<RecordsObject>(engine_);
+    records->open(class_.name, activeFilter_, view, 0);
+    records_ = std::move(records);
+  }
+  return records_;
+}
 
 std::shared_ptr<hostapi::Filters> ExplorerObject::filters() const {
   return std::make_shared<SavedFilters>(engine_, class_);
@@ -56,21 +72,23 @@ void ExplorerObject::setActiveFilter(std::shared_ptr<hostapi::Filter> filter) {
 }
 
 void ExplorerObject::refresh() {
-  // A list shows each record's description.
-  auto view = std::make_shared<ViewObject>();
-  for (const auto &part : class_.descriptionParts())
-    if (part.field)
-      view->add(part.field->name, 0, -1, QString());
-  auto records = std::make_shared<RecordsObject>(engine_);
-  records->open(class_.name, activeFilter_, view, 0);
-  records_ = std::move(records);
-  const auto pool = records_->pool();
-  listed_ = pool->ids();
+  records_.reset();
+  all_ = query_->ids(activeFilter_);
+  listed_ = search_.isEmpty() && sortColumn_ < 0 ? all_ : query_->ids(activeFilter_, search_, sortColumn_, descending_);
   selected_.clear();
 }
 
+void ExplorerObject::arrange(const QString &search, int sortColumn, bool descending) {
+  search_ = search;
+  sortColumn_ = sortColumn;
+  descending_ = descending;
+  listed_ = search_.isEmpty() && sortColumn_ < 0 ? all_ : query_->ids(activeFilter_, search_, sortColumn_, descending_);
+  const std::unordered_set<int> still(listed_.begin(), listed_.end());
+  std::erase_if(selected_, [&](int id) { return !still.count(id); });
+}
+
 void ExplorerObject::narrow(const std::vector<int> &ids) {
-  listed_ = keepAmong(records_->pool()->ids(), ids);
+  listed_ = keepAmong(all_, ids);
   selected_ = keepAmong(selected_, listed_);
 }
 
@@ -83,6 +101,7 @@ const MemberTable &ExplorerObject::memberTable() const {
       property<ExplorerObject>("Selection", [](ExplorerObject &e) { return Variant(e.selection()); }),
       property<ExplorerObject>("Records", [](ExplorerObject &e) { return Variant(e.records()); }),
       property<ExplorerObject>("Filters", [](ExplorerObject &e) { return Variant(e.filters()); }),
+      property<ExplorerObject>("Settings", [](ExplorerObject &e) { return Variant(e.settings()); }),
       property<ExplorerObject>(
           "ActiveFilter", [](ExplorerObject &e) { return Variant(ObjectRef(e.activeFilter())); },
           [](ExplorerObject &e, const Variant &v) {

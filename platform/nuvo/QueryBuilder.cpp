@@ -65,6 +65,26 @@ int QueryBuilder::addPath(const FieldPath &path) {
   return index;
 }
 
+void QueryBuilder::setOrder(int column, bool descending) {
+  const ResultColumn &result = set_->column(column);
+  int sorted = column;
+  if (!result.descriptionColumns.empty() && result.descriptionColumns.front() >= 0)
+    sorted = result.descriptionColumns.front();
+  const int at = sqlColumnOf_[std::size_t(sorted)];
+  if (at < 0)
+    return; // a path with no single value sorts nothing
+  QString expression = selectList_[at];
+  if (set_->column(sorted).storage == Storage::Text)
+    expression = QStringLiteral("LOWER(%1)").arg(expression);
+  order_ = expression + (descending ? QStringLiteral(" DESC, ") : QStringLiteral(", ")) +
+           idColumnSql(rootAlias_, class_) + (descending ? QStringLiteral(" DESC") : QString());
+}
+
+void QueryBuilder::setSearch(const QString &text, std::vector<int> columns) {
+  search_ = text;
+  searchColumns_ = std::move(columns);
+}
+
 QString QueryBuilder::sql() {
   if (!sql_.isEmpty())
     return sql_;
@@ -79,13 +99,40 @@ QString QueryBuilder::sql() {
     conditions << idColumnSql(rootAlias_, class_) + QStringLiteral(" = ?");
     params_ << recordId_;
   }
+  if (!recordIds_.empty()) {
+    QStringList marks;
+    for (const int id : recordIds_) {
+      marks << QStringLiteral("?");
+      params_ << id;
+    }
+    conditions << idColumnSql(rootAlias_, class_) + QStringLiteral(" IN (") + marks.join(u',') + u')';
+  }
+  if (!search_.isEmpty()) {
+    // LIKE's own wildcards in the text are matched as themselves.
+    QString pattern = search_.toLower();
+    pattern.replace(u'\\', QStringLiteral("\\\\")).replace(u'%', QStringLiteral("\\%")).replace(u'_', QStringLiteral("\\_"));
+    QStringList any;
+    for (const int column : searchColumns_) {
+      std::vector<int> parts{column};
+      if (!set_->column(column).descriptionColumns.empty())
+        parts = set_->column(column).descriptionColumns;
+      for (const int part : parts) {
+        const int at = part < 0 ? -1 : sqlColumnOf_[std::size_t(part)];
+        if (at < 0)
+          continue;
+        any << QStringLiteral("LOWER(CAST(%1 AS TEXT)) LIKE ? ESCAPE '\\'").arg(selectList_[at]);
+        params_ << QStringLiteral("%") + pattern + QStringLiteral("%");
+      }
+    }
+    conditions << (any.isEmpty() ? QStringLiteral("1 = 0") : u'(' + any.join(QStringLiteral(" OR ")) + u')');
+  }
   sql_ = QStringLiteral("SELECT ") + selectList_.join(QStringLiteral(", ")) + QStringLiteral(" FROM ") +
          tableSql(class_) + u' ' + rootAlias_;
   for (const QString &join : joins_)
     sql_ += u' ' + join;
   if (!conditions.isEmpty())
     sql_ += QStringLiteral(" WHERE ") + conditions.join(QStringLiteral(" AND "));
-  sql_ += QStringLiteral(" ORDER BY ") + idColumnSql(rootAlias_, class_);
+  sql_ += QStringLiteral(" ORDER BY ") + (order_.isEmpty() ? idColumnSql(rootAlias_, class_) : order_);
   return sql_;
 }
 

@@ -32,6 +32,15 @@ public:
   void setFilter(std::shared_ptr<hostapi::Filter> filter) { filter_ = std::move(filter); }
   // Limits the query to one record.
   void setRecordId(int id) { recordId_ = id; }
+  // Limits the query to these records.
+  void setRecordIds(std::vector<int> ids) { recordIds_ = std::move(ids); }
+  // Orders the rows by a result column, then by id; texts without regard
+  // to case, a relation by the other record's first description field.
+  // Without it the rows come by id.
+  void setOrder(int column, bool descending);
+  // Keeps the rows where the text of any of the result columns contains
+  // the text, without regard to case; an empty text keeps all.
+  void setSearch(const QString &text, std::vector<int> columns);
 
   // The statement and its bound values.
   QString sql();
@@ -50,6 +59,10 @@ private:
   std::shared_ptr<RecordSet> set_;
   std::shared_ptr<hostapi::Filter> filter_;
   int recordId_ = -1;
+  std::vector<int> recordIds_;
+  QString order_;
+  QString search_;
+  std::vector<int> searchColumns_;
   QStringList selectList_;
   std::vector<int> sqlColumnOf_; // result column -> column of the SELECT, -1 when not fetched
   QStringList joins_;

@@ -4,6 +4,8 @@
 
 #include "hostapi/Database.h"
 
+#include "core/Error.h"
+
 #include <QSqlQuery>
 
 namespace kordel::nuvo {
@@ -24,6 +26,24 @@ QList<FileSummary> listFiles(Engine &engine, int kind) {
       file.properties.insert(properties.value(0).toString(), properties.value(1).toString());
   }
   return files;
+}
+
+void removeFile(Engine &engine, const QString &guid) {
+  SqlConnection &sql = engine.sql();
+  QSqlQuery row = sql.select(QStringLiteral("SELECT name, policy FROM nv_file WHERE guid = ?"), {guid});
+  if (!row.next())
+    raiseError(ErrorNumber::FileNotFound, QStringLiteral("File"), QStringLiteral("There is no file %1").arg(guid));
+  const QString name = row.value(0).toString();
+  if (!(engine.accessMask(row.value(1).toInt()) & hostapi::Access::Change))
+    raiseError(ErrorNumber::PermissionDenied, QStringLiteral("File"),
+               QStringLiteral("You may not change the file '%1'").arg(name));
+  const bool records = sql.database().tables().contains(QStringLiteral("nv_storedrecord"), Qt::CaseInsensitive);
+  Transaction transaction(sql);
+  sql.exec(QStringLiteral("DELETE FROM nv_fileproperty WHERE guid = ?"), {guid});
+  sql.exec(QStringLiteral("DELETE FROM nv_file WHERE guid = ?"), {guid});
+  if (records)
+    sql.exec(QStringLiteral("DELETE FROM nv_storedrecord WHERE guid = ?"), {guid});
+  transaction.commit();
 }
 
 StoredRecords::StoredRecords(std::shared_ptr<Engine> engine) : engine_(std::move(engine)) {

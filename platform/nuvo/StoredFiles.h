@@ -23,6 +23,11 @@ struct FileSummary {
 // The files of a kind that the signed-in user may read, by name.
 QList<FileSummary> listFiles(Engine &engine, int kind);
 
+// Deletes a file and the stored record of the object it belongs to, in one
+// transaction. Raises 70 when the signed-in user may not change the file
+// and 53 when there is no file of the guid.
+void removeFile(Engine &engine, const QString &guid);
+
 // The stored records the host keeps for its objects (the persisted state
 // of report objects), one opaque record per guid with the type of object
 // that wrote it. The table is made on first use, so databases made before

@@ -7,6 +7,10 @@
 #include "cli/RunCommands.h"
 #include "cli/ScriptCommand.h"
 
+#include "desktop/DesktopMain.h"
+
+#include "core/Error.h"
+
 #include <algorithm>
 
 namespace kordel::host::cli {
@@ -48,8 +52,27 @@ std::vector<OptionSyntax> runOptions(std::vector<OptionSyntax> own) {
 
 const QString kRange = QStringLiteral("RANGE is exactly one of --filter, --ids, --all and --explorer.");
 
+// orvex open: the desktop client on a database.
+int openDesktop(HostApplication &app, const Arguments &arguments) {
+  if (!windowsReachTheUser())
+    raiseError(ErrorNumber::InvalidCall, QStringLiteral("orvex"),
+               QStringLiteral("The desktop client needs a display: none is set (DISPLAY or WAYLAND_DISPLAY), or "
+                              "the window platform (QT_QPA_PLATFORM) draws offscreen; `orvex --help` lists the "
+                              "commands that work without one"));
+  return desktop::runDesktop(app, arguments.value(QStringLiteral("--db")), arguments.value(QStringLiteral("--lang")));
+}
+
 std::vector<Command> makeCommands() {
   return {
+      {{QStringLiteral("open"),
+        QStringLiteral("open the desktop client (what `orvex` alone does)"),
+        QStringLiteral("[FILE] [--db DATABASE] [--lang LANG]"),
+        QStringLiteral("Opens the desktop client on a database: its classes, list and record windows, and\n"
+                       "the Reports menus that print, preview and design reports. Without a database it\n"
+                       "opens the default one, made with demo data on the first start. It needs a display."),
+        {databaseOption(), languageOption()},
+        {}},
+       openDesktop},
       {{QStringLiteral("about"),
         QStringLiteral("show the version, the language and where settings, log and databases live"),
         QString(),

@@ -26,33 +26,54 @@ const QString kSource = QStringLiteral("orvex");
 
 } // namespace
 
-int demo(HostApplication &app, const Arguments &arguments) {
-  QString database = arguments.value(QStringLiteral("--db"));
-  if (database.isEmpty())
-    database = HostPaths::defaultDatabase();
+QMap<QString, int> makeDemoDatabase(HostApplication &app, const QString &database, int companies, std::uint64_t seed,
+                                    const std::function<void(const std::function<void()> &)> &runBuild) {
   nuvo::demo::DemoOptions options;
-  if (arguments.has(QStringLiteral("--companies")))
-    options.companies = wholeNumber(arguments.value(QStringLiteral("--companies")), QStringLiteral("--companies"));
-  if (arguments.has(QStringLiteral("--seed")))
-    options.seed = std::uint64_t(wholeNumber(arguments.value(QStringLiteral("--seed")), QStringLiteral("--seed")));
+  options.companies = companies;
+  options.seed = seed;
   const auto target = nuvo::DatabaseAddress::parse(database);
   if (target.dialect == nuvo::Dialect::SQLite)
     QDir().mkpath(QFileInfo(target.file).absolutePath());
   nuvo::demo::DemoBuild build(target);
   const InterruptCleanup cleanup(build.temporaryFiles());
-  const auto counts = nuvo::demo::createDemoDatabase(build.address(), options);
+  nuvo::demo::DemoCounts counts;
+  const std::function<void()> make = [&] { counts = nuvo::demo::createDemoDatabase(build.address(), options); };
+  if (runBuild)
+    runBuild(make);
+  else
+    make();
   // Opened without a write-ahead log, so that the file alone holds the
   // reports when it takes its name.
   app.setDatabase(std::make_shared<nuvo::DatabaseObject>(
       nuvo::Engine::open(build.address(), app.language(), {}, nuvo::OpenMode::Create)));
-  const QStringList reports = addDemoReports(app);
+  QMap<QString, int> made;
+  for (auto it = counts.constBegin(); it != counts.constEnd(); ++it)
+    made.insert(it.key(), it.value());
+  made.insert(QStringLiteral("reports"), int(addDemoReports(app).size()));
   app.setDatabase(nullptr);
   build.finish();
+  return made;
+}
 
-  std::fprintf(stdout, "Demo database %s:\n", target.location().toUtf8().constData());
+int demo(HostApplication &app, const Arguments &arguments) {
+  QString database = arguments.value(QStringLiteral("--db"));
+  if (database.isEmpty())
+    database = HostPaths::defaultDatabase();
+  nuvo::demo::DemoOptions defaults;
+  int companies = defaults.companies;
+  std::uint64_t seed = defaults.seed;
+  if (arguments.has(QStringLiteral("--companies")))
+    companies = wholeNumber(arguments.value(QStringLiteral("--companies")), QStringLiteral("--companies"));
+  if (arguments.has(QStringLiteral("--seed")))
+    seed = std::uint64_t(wholeNumber(arguments.value(QStringLiteral("--seed")), QStringLiteral("--seed")));
+  const QMap<QString, int> counts = makeDemoDatabase(app, database, companies, seed);
+
+  std::fprintf(stdout, "Demo database %s:\n",
+               nuvo::DatabaseAddress::parse(database).location().toUtf8().constData());
   for (auto it = counts.constBegin(); it != counts.constEnd(); ++it)
-    std::fprintf(stdout, "  %-10s %d\n", it.key().toUtf8().constData(), it.value());
-  std::fprintf(stdout, "  %-10s %lld\n", "reports", static_cast<long long>(reports.size()));
+    if (it.key() != QLatin1String("reports"))
+      std::fprintf(stdout, "  %-10s %d\n", it.key().toUtf8().constData(), it.value());
+  std::fprintf(stdout, "  %-10s %d\n", "reports", counts.value(QStringLiteral("reports")));
   return 0;
 }
 

@@ -108,10 +108,18 @@ int main(int argc, char **argv) {
   QCoreApplication::setApplicationVersion(QStringLiteral(KORDEL_VERSION));
 
   QStringList words = QCoreApplication::arguments().mid(1);
-  if (words.isEmpty()) {
-    write(stderr, usage());
-    return kUsageError;
+  // Alone, or with only the database or the language, orvex is the
+  // desktop client; "orvex open FILE" names the database as a word.
+  if (words.isEmpty() || words.first().startsWith(QLatin1String("--db")) ||
+      words.first().startsWith(QLatin1String("--lang"))) {
+    if (words.isEmpty() && !host::cli::windowsReachTheUser()) {
+      write(stderr, usage());
+      return kUsageError;
+    }
+    words.prepend(QStringLiteral("open"));
   }
+  if (words.size() >= 2 && words[0] == QLatin1String("open") && !words[1].startsWith(u'-'))
+    words.insert(1, QStringLiteral("--db"));
   const QString first = words.takeFirst();
   if (first == QLatin1String("--help") || first == QLatin1String("-h") ||
       (first == QLatin1String("help") && words.isEmpty())) {
