@@ -57,7 +57,8 @@ constexpr const char *kEngineSettingsKey = "HKEY_CURRENT_USER\\Software\\Skarnho
 HostApplication::HostApplication(std::shared_ptr<SettingsStore> settings, std::shared_ptr<FileLog> log,
                                  QString language)
     : settings_(std::move(settings)), log_(std::move(log)), explorers_(std::make_shared<nuvo::ExplorerList>()),
-      inspectors_(std::make_shared<nuvo::InspectorList>()), settingsObject_(std::make_shared<SettingsObject>(settings_)),
+      inspectors_(std::make_shared<nuvo::InspectorList>()),
+      settingsObject_(std::make_shared<SettingsObject>(settings_)),
       language_(language.isEmpty() ? defaultLanguage() : std::move(language)) {
   registerProgId(QString::fromLatin1(hostapi::kTranslatorProgId), [] { return std::make_shared<IniTranslator>(); });
   registerProgId(QString::fromLatin1(hostapi::kRegistryProgId),
@@ -67,7 +68,8 @@ HostApplication::HostApplication(std::shared_ptr<SettingsStore> settings, std::s
                  [this] { return std::make_shared<HostDialogObject>(language_); });
   registerProgId(QString::fromLatin1(hostapi::kPrintersProgId), [] { return PrinterList::fromSystem(); });
   registerProgId(QString::fromLatin1(hostapi::kLayoutReportProgId), [] { return engine::LayoutReport::create(); });
-  registerProgId(QString::fromLatin1(hostapi::kTextCanvasProgId), [] { return std::make_shared<engine::TextCanvas>(); });
+  registerProgId(QString::fromLatin1(hostapi::kTextCanvasProgId),
+                 [] { return std::make_shared<engine::TextCanvas>(); });
   registerProgId(QString::fromLatin1(hostapi::kDesignerProgId), [] { return engine::DesignerControl::create(); });
   registerProgId(QString::fromLatin1(hostapi::kLayoutPrinterProgId),
                  [] { return std::make_shared<engine::LayoutPrinter>(); });

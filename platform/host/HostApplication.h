@@ -100,7 +100,7 @@ private:
   QStringList reportFactories_;
   QString language_;
   int mousePointer_ = hostapi::MousePointer::Default;
-  QHash<QString, Factory> factories_; // folded ProgID -> factory
+  QHash<QString, Factory> factories_;                     // folded ProgID -> factory
   std::shared_ptr<void> alive_ = std::make_shared<int>(); // for the engine's factory, which outlives no host
   std::unique_ptr<EngineTranslator> engineTranslator_;
 };

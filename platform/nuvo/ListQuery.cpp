@@ -44,8 +44,8 @@ bool ListQuery::numericColumn(int column) const {
   }
 }
 
-std::vector<int> ListQuery::ids(const std::shared_ptr<hostapi::Filter> &filter, const QString &search,
-                                int sortColumn, bool descending) const {
+std::vector<int> ListQuery::ids(const std::shared_ptr<hostapi::Filter> &filter, const QString &search, int sortColumn,
+                                bool descending) const {
   QueryBuilder query(*engine_, class_);
   query.setFilter(filter);
   // Only what orders or narrows the list is read.

@@ -36,8 +36,8 @@ public:
   // The ids of the class's records under the filter (nullptr: all) whose
   // text in any column contains search, without regard to case (empty:
   // all), ordered by a column (-1: by id).
-  std::vector<int> ids(const std::shared_ptr<hostapi::Filter> &filter, const QString &search = {},
-                       int sortColumn = -1, bool descending = false) const;
+  std::vector<int> ids(const std::shared_ptr<hostapi::Filter> &filter, const QString &search = {}, int sortColumn = -1,
+                       bool descending = false) const;
   // The texts of the records, one row per id in the order given; a record
   // that is gone gives a row of empty texts.
   std::vector<QStringList> texts(const std::vector<int> &ids) const;

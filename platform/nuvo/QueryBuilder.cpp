@@ -110,7 +110,9 @@ QString QueryBuilder::sql() {
   if (!search_.isEmpty()) {
     // LIKE's own wildcards in the text are matched as themselves.
     QString pattern = search_.toLower();
-    pattern.replace(u'\\', QStringLiteral("\\\\")).replace(u'%', QStringLiteral("\\%")).replace(u'_', QStringLiteral("\\_"));
+    pattern.replace(u'\\', QStringLiteral("\\\\"))
+        .replace(u'%', QStringLiteral("\\%"))
+        .replace(u'_', QStringLiteral("\\_"));
     QStringList any;
     for (const int column : searchColumns_) {
       std::vector<int> parts{column};

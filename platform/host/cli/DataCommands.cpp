@@ -68,8 +68,7 @@ int demo(HostApplication &app, const Arguments &arguments) {
     seed = std::uint64_t(wholeNumber(arguments.value(QStringLiteral("--seed")), QStringLiteral("--seed")));
   const QMap<QString, int> counts = makeDemoDatabase(app, database, companies, seed);
 
-  std::fprintf(stdout, "Demo database %s:\n",
-               nuvo::DatabaseAddress::parse(database).location().toUtf8().constData());
+  std::fprintf(stdout, "Demo database %s:\n", nuvo::DatabaseAddress::parse(database).location().toUtf8().constData());
   for (auto it = counts.constBegin(); it != counts.constEnd(); ++it)
     if (it.key() != QLatin1String("reports"))
       std::fprintf(stdout, "  %-10s %d\n", it.key().toUtf8().constData(), it.value());

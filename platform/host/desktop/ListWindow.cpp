@@ -50,22 +50,25 @@ void tell(const QString &what) {
 
 } // namespace
 
-ListWindow::ListWindow(HostApplication &application, ReportActions &actions, const QString &className,
-                       QWidget *parent)
+ListWindow::ListWindow(HostApplication &application, ReportActions &actions, const QString &className, QWidget *parent)
     : QWidget(parent), application_(application) {
   setObjectName(QStringLiteral("ListWindow"));
   {
     BusyCursor busy;
     explorer_ = std::make_shared<nuvo::ExplorerObject>(nuvo::engineOf(ObjectRef(application.database())), className);
   }
-  explorer_->setSettings(std::make_shared<SettingsObject>(application.settings(),
-                                                          QStringLiteral("Explorers\\") + explorer_->explorerClass()->name()));
+  explorer_->setSettings(std::make_shared<SettingsObject>(
+      application.settings(), QStringLiteral("Explorers\\") + explorer_->explorerClass()->name()));
   setWindowTitle(explorer_->explorerClass()->localName());
 
   MenuBar = new QMenuBar(this);
   MenuBar->setObjectName(QStringLiteral("MenuBar"));
   MnuReports = new ReportsMenu(
-      actions, [this] { return ReportScope{explorer_->explorerClass(), explorer_, nullptr}; }, MenuBar);
+      actions,
+      [this] {
+        return ReportScope{explorer_->explorerClass(), explorer_, nullptr};
+      },
+      MenuBar);
   MenuBar->addMenu(MnuReports);
 
   auto *filterLabel = new QLabel(desktopText("&Filter:"), this);

@@ -34,8 +34,7 @@ class ListWindow : public QWidget {
   Q_OBJECT
 
 public:
-  ListWindow(HostApplication &application, ReportActions &actions, const QString &className,
-             QWidget *parent = nullptr);
+  ListWindow(HostApplication &application, ReportActions &actions, const QString &className, QWidget *parent = nullptr);
   ~ListWindow() override;
 
   const std::shared_ptr<nuvo::ExplorerObject> &explorer() const { return explorer_; }

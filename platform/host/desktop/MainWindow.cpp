@@ -58,8 +58,7 @@ void tell(const QString &what) {
 MainWindow::MainWindow(HostApplication &application, std::shared_ptr<hostapi::IReportFactory> factory,
                        QString databaseLocation, QWidget *parent)
     : QMainWindow(parent), application_(application), factory_(std::move(factory)),
-      actions_(std::make_unique<ReportActions>(application, factory_)),
-      databaseLocation_(std::move(databaseLocation)) {
+      actions_(std::make_unique<ReportActions>(application, factory_)), databaseLocation_(std::move(databaseLocation)) {
   setObjectName(QStringLiteral("MainWindow"));
   Navigator = new QTreeWidget(this);
   Navigator->setObjectName(QStringLiteral("Navigator"));
@@ -81,9 +80,8 @@ MainWindow::MainWindow(HostApplication &application, std::shared_ptr<hostapi::IR
   fillNavigator();
   showDatabase();
 
-  connect(Navigator, &QTreeWidget::itemActivated, this, [this](QTreeWidgetItem *item) {
-    OpenList(item->data(0, kClassName).toString());
-  });
+  connect(Navigator, &QTreeWidget::itemActivated, this,
+          [this](QTreeWidgetItem *item) { OpenList(item->data(0, kClassName).toString()); });
   connect(WindowArea, &QMdiArea::subWindowActivated, this, [this](QMdiSubWindow *window) { windowActivated(window); });
 
   Navigator->setFocus();
@@ -193,8 +191,7 @@ ListWindow *MainWindow::OpenList(const QString &className) {
     const QString name = list->className();
     const std::weak_ptr<nuvo::ExplorerObject> explorer = list->explorer();
     connect(list, &QObject::destroyed, this, [this, name, explorer] {
-      if (application_.explorerList().exists(name) &&
-          application_.explorerList().item(name) == explorer.lock())
+      if (application_.explorerList().exists(name) && application_.explorerList().item(name) == explorer.lock())
         application_.explorerList().close(name);
     });
     addWindow(list, QStringLiteral("List.") + name);
@@ -304,8 +301,8 @@ void MainWindow::OpenDatabase(const QString &location) {
 void MainWindow::ChooseLanguage(const QString &language) {
   try {
     writeDesktopSetting(application_, QStringLiteral("Language"), language);
-    hostapi::ui().messageBox(desktopText("The language changes when Orvex starts again."),
-                             hostapi::MsgBox::Information, QStringLiteral("Orvex"));
+    hostapi::ui().messageBox(desktopText("The language changes when Orvex starts again."), hostapi::MsgBox::Information,
+                             QStringLiteral("Orvex"));
   } catch (...) {
     tell(desktopText("The language could not be kept."));
   }

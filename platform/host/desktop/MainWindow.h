@@ -33,8 +33,8 @@ class MainWindow : public QMainWindow {
   Q_OBJECT
 
 public:
-  MainWindow(HostApplication &application, std::shared_ptr<hostapi::IReportFactory> factory,
-             QString databaseLocation, QWidget *parent = nullptr);
+  MainWindow(HostApplication &application, std::shared_ptr<hostapi::IReportFactory> factory, QString databaseLocation,
+             QWidget *parent = nullptr);
   ~MainWindow() override;
 
   // Handlers, callable from tests.

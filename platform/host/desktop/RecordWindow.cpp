@@ -56,7 +56,11 @@ RecordWindow::RecordWindow(HostApplication &application, ReportActions &actions,
   MenuBar = new QMenuBar(this);
   MenuBar->setObjectName(QStringLiteral("MenuBar"));
   MnuReports = new ReportsMenu(
-      actions, [this] { return ReportScope{inspector_->inspectorClass(), nullptr, inspector_}; }, MenuBar);
+      actions,
+      [this] {
+        return ReportScope{inspector_->inspectorClass(), nullptr, inspector_};
+      },
+      MenuBar);
   MenuBar->addMenu(MnuReports);
 
   TabRecord = new QTabWidget(this);

@@ -48,9 +48,8 @@ QList<ReportEntry> ReportActions::reportsOf(const hostapi::Class *cls) const {
   for (const ReportEntry &entry : catalog_.list())
     if (!cls || entry.reportClass.compare(cls->name(), Qt::CaseInsensitive) == 0)
       reports.append(entry);
-  std::sort(reports.begin(), reports.end(), [](const ReportEntry &a, const ReportEntry &b) {
-    return QString::localeAwareCompare(a.name, b.name) < 0;
-  });
+  std::sort(reports.begin(), reports.end(),
+            [](const ReportEntry &a, const ReportEntry &b) { return QString::localeAwareCompare(a.name, b.name) < 0; });
   return reports;
 }
 
@@ -58,8 +57,8 @@ void ReportActions::showError(const QString &action) const {
   try {
     throw;
   } catch (const Error &error) {
-    hostapi::ui().messageBox(QStringLiteral("%1\n\n%2").arg(action, error.description()),
-                             hostapi::MsgBox::Exclamation, desktopText("Reports"));
+    hostapi::ui().messageBox(QStringLiteral("%1\n\n%2").arg(action, error.description()), hostapi::MsgBox::Exclamation,
+                             desktopText("Reports"));
   } catch (const std::exception &error) {
     hostapi::ui().messageBox(QStringLiteral("%1\n\n%2").arg(action, QString::fromLocal8Bit(error.what())),
                              hostapi::MsgBox::Exclamation, desktopText("Reports"));
@@ -126,7 +125,13 @@ bool ReportActions::newReport(const std::shared_ptr<hostapi::Class> &cls) {
     report->IReport_SetDatabase(application_.database());
     bool cancel = false;
     report->IReport_Configure(cancel, cls);
-    if (cancel)
+    // The designer's save writes the report's file; a new report closed
+    // without a save leaves nothing to keep.
+    const QString guid = report->IReport_GUID();
+    const QList<ReportEntry> reports = catalog_.list();
+    const bool saved =
+        std::any_of(reports.begin(), reports.end(), [&](const ReportEntry &entry) { return entry.guid == guid; });
+    if (cancel || !saved)
       return false;
     catalog_.store(*report);
     return true;
@@ -138,8 +143,8 @@ bool ReportActions::newReport(const std::shared_ptr<hostapi::Class> &cls) {
 
 bool ReportActions::rename(const ReportEntry &entry) {
   try {
-    const auto name = hostapi::ui().inputBox(desktopText("The report's new name:"), desktopText("Rename report"),
-                                             entry.name);
+    const auto name =
+        hostapi::ui().inputBox(desktopText("The report's new name:"), desktopText("Rename report"), entry.name);
     if (!name || *name == entry.name)
       return false;
     catalog_.rename(entry, *name);
@@ -152,10 +157,10 @@ bool ReportActions::rename(const ReportEntry &entry) {
 
 bool ReportActions::remove(const ReportEntry &entry) {
   try {
-    const int answer = hostapi::ui().messageBox(
-        desktopText("Delete the report \"%1\"? This cannot be undone.").arg(entry.name),
-        hostapi::MsgBox::YesNo | hostapi::MsgBox::Question | hostapi::MsgBox::DefaultButton2,
-        desktopText("Delete report"));
+    const int answer =
+        hostapi::ui().messageBox(desktopText("Delete the report \"%1\"? This cannot be undone.").arg(entry.name),
+                                 hostapi::MsgBox::YesNo | hostapi::MsgBox::Question | hostapi::MsgBox::DefaultButton2,
+                                 desktopText("Delete report"));
     if (answer != hostapi::MsgBox::Yes)
       return false;
     catalog_.remove(entry);
