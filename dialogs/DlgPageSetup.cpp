@@ -207,17 +207,16 @@ bool DlgPageSetup::ExportAllowed() const {
     const auto explorers = app.explorers();
     if (!explorers || !explorers->exists(className))
       return true;
-    const Variant disabled = app.get(QStringLiteral("Settings"))
-                                 .toObject()
-                                 ->invoke(QStringLiteral("Read"),
-                                          {QStringLiteral("Application"), QStringLiteral("DisableExport"), Variant(0)});
-    if (disabled.toLong() != 0)
+    // A settings object the host does not have forbids nothing.
+    const auto readSetting = [](const ObjectRef &settings, Args args) {
+      return settings ? settings->invoke(QStringLiteral("Read"), std::move(args)).toLong() : 0;
+    };
+    if (readSetting(app.get(QStringLiteral("Settings")).toObject(),
+                    {QStringLiteral("Application"), QStringLiteral("DisableExport"), Variant(0)}) != 0)
       return false;
-    const Variant own = explorers->item(className)
-                            ->get(QStringLiteral("Settings"))
-                            .toObject()
-                            ->invoke(QStringLiteral("Read"), {QStringLiteral("DisableExport"), Variant(0)});
-    return own.toLong() == 0;
+    const auto own = readSetting(explorers->item(className)->get(QStringLiteral("Settings")).toObject(),
+                                 {QStringLiteral("DisableExport"), Variant(0)});
+    return own == 0;
   } catch (...) {
     return true;
   }

@@ -14,6 +14,8 @@
 #include "hostapi/Layout.h"
 #include "hostapi/Printers.h"
 #include "hostapi/ReportContext.h"
+#include "host/SettingsObject.h"
+#include "host/SettingsStore.h"
 #include "nuvo/DatabaseObject.h"
 #include "nuvo/ExplorerList.h"
 #include "nuvo/ExplorerObject.h"
@@ -54,7 +56,10 @@ protected:
     report->SetName(kReportName);
     // The rows come from the class's list window, all of them.
     const auto engine = std::dynamic_pointer_cast<nuvo::DatabaseObject>(app->database())->engine();
-    app->explorerList().open(std::make_shared<nuvo::ExplorerObject>(engine, QStringLiteral("company")));
+    explorer = std::make_shared<nuvo::ExplorerObject>(engine, QStringLiteral("company"));
+    explorer->setSettings(
+        std::make_shared<host::SettingsObject>(app->settings(), QStringLiteral("Explorers\\company")));
+    app->explorerList().open(explorer);
   }
   std::unique_ptr<DlgPageSetup> dialog() {
     auto manager = std::make_shared<ContextManager>();
@@ -82,6 +87,7 @@ protected:
   }
 
   std::shared_ptr<Report> report;
+  std::shared_ptr<nuvo::ExplorerObject> explorer;
   std::vector<RaisedRun> runs;
   bool runResult = false;
 };
@@ -247,6 +253,31 @@ TEST_F(PageSetupDialogTest, TheKeyboardAloneWorksItInBothLanguages) {
     EXPECT_FALSE(again->isVisible());
     EXPECT_EQ(again->result(), QDialog::Rejected);
   }
+}
+
+// "DisableExport" of the application or of the class's list window takes
+// print to file away; a check mark left on it exports nothing.
+TEST_F(PageSetupDialogTest, DisableExportOfTheHostOrTheListWindowTakesPrintToFileAway) {
+  const QString root = QStringLiteral("HKEY_CURRENT_USER\\Software\\Skarnholt\\Orvex\\");
+  const auto printToFileOffered = [&] {
+    auto form = dialog();
+    auto &toFile = child<QCheckBox>(*form, "ChkPrintToFile");
+    toFile.setChecked(true);
+    runs.clear();
+    child<QPushButton>(*form, "CmdPrint").click();
+    EXPECT_EQ(runs.size(), 1u);
+    EXPECT_EQ(runs.empty() ? -1 : runs[0].mode, toFile.isVisible() ? 2 : 0);
+    return toFile.isVisible();
+  };
+  ui->fileAnswers = {dir.path() + "/a.pdf", dir.path() + "/b.pdf"};
+  EXPECT_TRUE(printToFileOffered());
+  app->settings()->write(root + "Application", "DisableExport", "1");
+  EXPECT_FALSE(printToFileOffered());
+  app->settings()->write(root + "Application", "DisableExport", "0");
+  app->settings()->write(root + "Explorers\\company", "DisableExport", "1");
+  EXPECT_FALSE(printToFileOffered());
+  app->settings()->write(root + "Explorers\\company", "DisableExport", "0");
+  EXPECT_TRUE(printToFileOffered());
 }
 
 } // namespace
