@@ -75,17 +75,17 @@ struct SourceTexts {
   QStringList wrongs; // calls that skip the designer's context, with their file
 };
 
-// What designerText("...") and QT_TRANSLATE_NOOP("Designer", "...") name
-// in the designer's sources; and tr() or another context, which a
-// translator would look up elsewhere.
-SourceTexts designerSourceTexts() {
+// What a marker function (designerText("...")) and QT_TRANSLATE_NOOP with
+// the context name in the sources of a folder; and tr() or another
+// context, which a translator would look up elsewhere.
+SourceTexts sourceTexts(const QString &subfolder, const QString &marker, const QString &context) {
   static const QString literals = QStringLiteral(R"re(((?:"(?:[^"\\]|\\.)*"\s*)+))re");
-  static const QRegularExpression marked(
-      QStringLiteral(R"re((?:designerText\(|QT_TRANSLATE_NOOP\(\s*"Designer"\s*,)\s*)re") + literals);
-  static const QRegularExpression wrong(
-      QStringLiteral(R"re(\btr\s*\(\s*"|QT_TRANSLATE_NOOP\(\s*"(?!Designer")|::translate\(\s*"(?!Designer"))re"));
+  const QRegularExpression marked(
+      QStringLiteral(R"re((?:%1\(|QT_TRANSLATE_NOOP\(\s*"%2"\s*,)\s*)re").arg(marker, context) + literals);
+  const QRegularExpression wrong(
+      QStringLiteral(R"re(\btr\s*\(\s*"|QT_TRANSLATE_NOOP\(\s*"(?!%1")|::translate\(\s*"(?!%1"))re").arg(context));
   SourceTexts found;
-  const QDir folder(sourceDir() + QStringLiteral("/platform/engine/designer"));
+  const QDir folder(sourceDir() + u'/' + subfolder);
   for (const QString &name : folder.entryList({QStringLiteral("*.cpp"), QStringLiteral("*.h")}, QDir::Files)) {
     QFile file(folder.filePath(name));
     if (!file.open(QIODevice::ReadOnly))
@@ -112,23 +112,27 @@ QStringList placeholders(const QString &text) {
   return found;
 }
 
-TEST(EngineTranslator, EveryTextOfTheDesignerHasItsSwedishTranslation) {
-  const SourceTexts sources = designerSourceTexts();
-  ASSERT_GT(sources.texts.size(), 150) << "the designer's sources were found";
-  EXPECT_TRUE(sources.wrongs.isEmpty())
-      << "designer texts go through designerText() (DesignerText.h), in the context \"Designer\":\n"
-      << sources.wrongs.join(u'\n').toStdString();
+// Every text of the sources of a folder has its Swedish entry
+// "<context>.<text>" in [engine], filling in the same places, and no entry
+// of the context outlives its text.
+void expectSwedishForEachText(const QString &subfolder, const QString &marker, const QString &context, int atLeast) {
+  const SourceTexts sources = sourceTexts(subfolder, marker, context);
+  ASSERT_GT(sources.texts.size(), atLeast) << "the sources of " << subfolder.toStdString() << " were found";
+  EXPECT_TRUE(sources.wrongs.isEmpty()) << "texts go through " << marker.toStdString() << "(), in the context \""
+                                        << context.toStdString() << "\":\n"
+                                        << sources.wrongs.join(u'\n').toStdString();
 
   const QString folder = sourceDir() + QStringLiteral("/translation");
   const EngineTranslator swedish(folder, QStringLiteral("sv"));
+  const QByteArray contextName = context.toUtf8();
   QStringList missing;
   QStringList misplaced;
   QSet<QString> used;
   for (const QString &text : sources.texts) {
-    used.insert((QStringLiteral("Designer.") + text).toCaseFolded());
-    const QString translated = swedish.translate("Designer", text.toUtf8().constData());
+    used.insert((context + u'.' + text).toCaseFolded());
+    const QString translated = swedish.translate(contextName.constData(), text.toUtf8().constData());
     if (translated.isEmpty())
-      missing << QStringLiteral("Designer.") + text;
+      missing << context + u'.' + text;
     else if (placeholders(translated) != placeholders(text))
       misplaced << text + QStringLiteral(" -> ") + translated;
   }
@@ -137,13 +141,22 @@ TEST(EngineTranslator, EveryTextOfTheDesignerHasItsSwedishTranslation) {
   EXPECT_TRUE(misplaced.isEmpty()) << "translations that fill in other places than their text:\n"
                                    << misplaced.join(u'\n').toStdString();
 
-  // No entry outlives its text.
   QStringList unused;
   const host::IniFile file = host::IniFile::load(folder + QStringLiteral("/kordel.sv.ini"));
   for (const QString &key : file.names(QStringLiteral("engine")))
-    if (key.startsWith(QStringLiteral("Designer.")) && !used.contains(key.toCaseFolded()))
+    if (key.startsWith(context + u'.') && !used.contains(key.toCaseFolded()))
       unused << key;
   EXPECT_TRUE(unused.isEmpty()) << "entries no source text has:\n" << unused.join(u'\n').toStdString();
+}
+
+TEST(EngineTranslator, EveryTextOfTheDesignerHasItsSwedishTranslation) {
+  expectSwedishForEachText(QStringLiteral("platform/engine/designer"), QStringLiteral("designerText"),
+                           QStringLiteral("Designer"), 150);
+}
+
+TEST(EngineTranslator, EveryTextOfTheDesktopClientHasItsSwedishTranslation) {
+  expectSwedishForEachText(QStringLiteral("platform/host/desktop"), QStringLiteral("desktopText"),
+                           QStringLiteral("Desktop"), 50);
 }
 
 // ---- The reader ----

@@ -106,7 +106,8 @@ void MainWindow::buildMenus() {
   };
   QMenu *file = menuBar()->addMenu(desktopText("&File"));
   file->setObjectName(QStringLiteral("MnuFile"));
-  add(file, "MnuFileOpen", "&Open database...", &MainWindow::MnuFileOpen_Click)->setShortcut(QKeySequence::Open);
+  add(file, "MnuFileOpen", QT_TRANSLATE_NOOP("Desktop", "&Open database..."), &MainWindow::MnuFileOpen_Click)
+      ->setShortcut(QKeySequence::Open);
   QAction *reports = file->addAction(desktopText("&Reports"), this, [this] { ShowReports(); });
   reports->setObjectName(QStringLiteral("MnuFileReports"));
   reports->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_R));
@@ -140,7 +141,7 @@ void MainWindow::buildMenus() {
 
   QMenu *help = menuBar()->addMenu(desktopText("&Help"));
   help->setObjectName(QStringLiteral("MnuHelp"));
-  add(help, "MnuHelpAbout", "&About Orvex", &MainWindow::ShowAbout);
+  add(help, "MnuHelpAbout", QT_TRANSLATE_NOOP("Desktop", "&About Orvex"), &MainWindow::ShowAbout);
 }
 
 void MainWindow::fillNavigator() {

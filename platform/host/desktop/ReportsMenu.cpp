@@ -29,27 +29,31 @@ void ReportsMenu::Fill() {
     for (const ReportEntry &entry : actions_.reportsOf(scope.reportClass.get())) {
       QMenu *report = addMenu(QString(entry.name).replace(u'&', QStringLiteral("&&")));
       report->setObjectName(QStringLiteral("MnuReport"));
-      add(*report, "MnuReportPrint", "&Print...", [this, entry] { actions_.print(entry, scope_()); });
-      add(*report, "MnuReportPreview", "Pre&view", [this, entry] { actions_.preview(entry, scope_()); });
-      add(*report, "MnuReportDesign", "&Design", [this, entry] { actions_.design(entry, scope_()); });
+      add(*report, "MnuReportPrint", QT_TRANSLATE_NOOP("Desktop", "&Print..."),
+          [this, entry] { actions_.print(entry, scope_()); });
+      add(*report, "MnuReportPreview", QT_TRANSLATE_NOOP("Desktop", "Pre&view"),
+          [this, entry] { actions_.preview(entry, scope_()); });
+      add(*report, "MnuReportDesign", QT_TRANSLATE_NOOP("Desktop", "&Design"),
+          [this, entry] { actions_.design(entry, scope_()); });
       report->addSeparator();
-      add(*report, "MnuReportRename", "Re&name...", [this, entry] {
+      add(*report, "MnuReportRename", QT_TRANSLATE_NOOP("Desktop", "Re&name..."), [this, entry] {
         if (actions_.rename(entry))
           emit changed();
       });
-      add(*report, "MnuReportDelete", "De&lete", [this, entry] {
+      add(*report, "MnuReportDelete", QT_TRANSLATE_NOOP("Desktop", "De&lete"), [this, entry] {
         if (actions_.remove(entry))
           emit changed();
       });
-      add(*report, "MnuReportExport", "&Export document...", [this, entry] { actions_.exportDocument(entry); });
+      add(*report, "MnuReportExport", QT_TRANSLATE_NOOP("Desktop", "&Export document..."),
+          [this, entry] { actions_.exportDocument(entry); });
     }
     if (!actions().isEmpty())
       addSeparator();
-    add(*this, "MnuReportNew", "&New report...", [this] {
+    add(*this, "MnuReportNew", QT_TRANSLATE_NOOP("Desktop", "&New report..."), [this] {
       if (actions_.newReport(scope_().reportClass))
         emit changed();
     });
-    add(*this, "MnuReportImport", "&Import document...", [this] {
+    add(*this, "MnuReportImport", QT_TRANSLATE_NOOP("Desktop", "&Import document..."), [this] {
       if (actions_.importDocument())
         emit changed();
     });

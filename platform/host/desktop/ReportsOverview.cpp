@@ -78,22 +78,26 @@ void ReportsOverview::FillMenu(QMenu &menu) {
   };
   if (current) {
     const ReportEntry entry = entries_.value(current->data(0, kEntryIndex).toInt());
-    add("MnuReportPrint", "&Print...", [this, entry] { actions_.print(entry, scopeFor_(entry)); });
-    add("MnuReportPreview", "Pre&view", [this, entry] { actions_.preview(entry, scopeFor_(entry)); });
-    add("MnuReportDesign", "&Design", [this, entry] { actions_.design(entry, scopeFor_(entry)); });
+    add("MnuReportPrint", QT_TRANSLATE_NOOP("Desktop", "&Print..."),
+        [this, entry] { actions_.print(entry, scopeFor_(entry)); });
+    add("MnuReportPreview", QT_TRANSLATE_NOOP("Desktop", "Pre&view"),
+        [this, entry] { actions_.preview(entry, scopeFor_(entry)); });
+    add("MnuReportDesign", QT_TRANSLATE_NOOP("Desktop", "&Design"),
+        [this, entry] { actions_.design(entry, scopeFor_(entry)); });
     menu.addSeparator();
-    add("MnuReportRename", "Re&name...", [this, entry] {
+    add("MnuReportRename", QT_TRANSLATE_NOOP("Desktop", "Re&name..."), [this, entry] {
       if (actions_.rename(entry))
         Fill();
     });
-    add("MnuReportDelete", "De&lete", [this, entry] {
+    add("MnuReportDelete", QT_TRANSLATE_NOOP("Desktop", "De&lete"), [this, entry] {
       if (actions_.remove(entry))
         Fill();
     });
-    add("MnuReportExport", "&Export document...", [this, entry] { actions_.exportDocument(entry); });
+    add("MnuReportExport", QT_TRANSLATE_NOOP("Desktop", "&Export document..."),
+        [this, entry] { actions_.exportDocument(entry); });
     menu.addSeparator();
   }
-  add("MnuReportImport", "&Import document...", [this] {
+  add("MnuReportImport", QT_TRANSLATE_NOOP("Desktop", "&Import document..."), [this] {
     if (actions_.importDocument())
       Fill();
   });
