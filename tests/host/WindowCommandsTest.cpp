@@ -9,6 +9,7 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QFile>
 #include <QElapsedTimer>
 #include <QImage>
 #include <QProcess>
@@ -209,6 +210,29 @@ TEST_F(WindowCommands, APrintWithoutARangeAsksInThePrintDialog) {
   ASSERT_EQ(companies.size(), 5);
   for (const QString &name : companies)
     EXPECT_TRUE(text.contains(name)) << name.toStdString() << " missing in " << text.toStdString();
+}
+
+// orvex alone is the desktop client: on its first start it makes the demo
+// database, shows the classes, and Enter opens the list of the first one.
+// Its place is kept when it is closed.
+TEST_F(WindowCommands, TheDesktopClientStartsOnADemoDatabaseAndOpensAList) {
+  if (!startDisplay())
+    GTEST_SKIP() << skipReason.toStdString();
+  ASSERT_TRUE(openWindow({}, "\"Orvex - Demo\"")) << windows().toStdString()
+                                                  << program.readAllStandardError().toStdString();
+  EXPECT_TRUE(QFile::exists(dir.file("data/demo.db")));
+  const int before = coloursIn(screenshot("orvex-desktop-start.png"));
+  type({"Return"});
+  QThread::msleep(2000);
+  const int after = coloursIn(screenshot("orvex-desktop-list.png"));
+  EXPECT_GT(after, before + 10) << "the list window's rows and heads";
+
+  type({"ctrl+q"});
+  ASSERT_TRUE(program.waitForFinished(30000));
+  EXPECT_EQ(program.exitCode(), 0) << program.readAllStandardError().toStdString();
+  QFile settings(dir.file("config/registry.ini"));
+  ASSERT_TRUE(settings.open(QIODevice::ReadOnly));
+  EXPECT_TRUE(settings.readAll().contains("Place.MainWindow"));
 }
 
 } // namespace
