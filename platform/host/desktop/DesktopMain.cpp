@@ -72,9 +72,17 @@ int runDesktop(HostApplication &host, const QString &database, const QString &la
   const auto factory = addins.connectReportFactory(QString::fromLatin1(hostapi::kAddinProgId));
 
   const QString location = database.isEmpty() ? HostPaths::defaultDatabase() : database;
-  if (database.isEmpty() && !QFileInfo::exists(location))
-    makeDemoWithProgress(*application, location);
-  cli::openDatabase(*application, location, nuvo::OpenMode::ReadWrite);
+  try {
+    if (database.isEmpty() && !QFileInfo::exists(location))
+      makeDemoWithProgress(*application, location);
+    cli::openDatabase(*application, location, nuvo::OpenMode::ReadWrite);
+  } catch (const Error &error) {
+    // Started from a desktop, the user reads no standard error.
+    hostapi::ui().messageBox(desktopText("The database could not be opened.") + QStringLiteral("\n\n") +
+                                 error.description(),
+                             hostapi::MsgBox::Critical, QStringLiteral("Orvex"));
+    throw;
+  }
 
   MainWindow window(*application, factory, location);
   window.show();
