@@ -14,6 +14,7 @@
 #include "nuvo/DatabaseObject.h"
 #include "nuvo/ExplorerList.h"
 #include "nuvo/ExplorerObject.h"
+#include "nuvo/ListQuery.h"
 
 #include "hostapi/ActiveUser.h"
 #include "hostapi/Classes.h"
@@ -68,6 +69,47 @@ TEST_P(ExplorerTest, AListWindowShowsTheRecordsOfItsFilter) {
   engine->sql().resetCounters();
   EXPECT_FALSE(explorer->records()->at(0)->description().isEmpty());
   EXPECT_EQ(engine->sql().counters().statements, 0);
+}
+
+// The list's order and search are the database's, in both dialects: both
+// ways of a sort mirror each other, a search keeps only rows that show the
+// text, and LIKE's wildcards in it are plain characters.
+class ListOrderTest : public ExplorerTest {};
+
+TEST_P(ListOrderTest, TheDatabaseSortsAndSearchesAList) {
+  auto explorer = std::make_shared<nuvo::ExplorerObject>(engine, "company");
+  const nuvo::ListQuery &list = explorer->listQuery();
+  ASSERT_EQ(list.columnTitle(0), "Name");
+  const std::vector<int> byId = explorer->listedIds();
+
+  explorer->arrange(QString(), 0, false);
+  std::vector<int> ascending = explorer->listedIds();
+  explorer->arrange(QString(), 0, true);
+  std::vector<int> descending = explorer->listedIds();
+  std::reverse(descending.begin(), descending.end());
+  EXPECT_EQ(ascending, descending);
+  EXPECT_NE(ascending, byId);
+  const auto names = list.texts(ascending);
+  for (std::size_t i = 1; i < names.size(); ++i)
+    if (names[i - 1][0].front().unicode() < 128 && names[i][0].front().unicode() < 128) {
+      EXPECT_LE(names[i - 1][0].compare(names[i][0], Qt::CaseInsensitive), 0) << i;
+    }
+
+  explorer->select({ascending[0], ascending[1]});
+  explorer->arrange(QStringLiteral("AB"), 0, false);
+  const std::vector<int> found = explorer->listedIds();
+  ASSERT_FALSE(found.empty());
+  EXPECT_LT(found.size(), byId.size());
+  for (const QStringList &row : list.texts(found))
+    EXPECT_TRUE(row.join(u'|').contains(QStringLiteral("ab"), Qt::CaseInsensitive)) << row.join(u'|').toStdString();
+  for (const int id : explorer->selectedIds())
+    EXPECT_NE(std::find(found.begin(), found.end(), id), found.end()) << "the selection keeps what is listed";
+  EXPECT_EQ(explorer->records()->count(), 30) << "a search narrows the list, not the records";
+
+  explorer->arrange(QStringLiteral("%"), -1, false);
+  EXPECT_TRUE(explorer->listedIds().empty());
+  explorer->arrange(QString(), -1, false);
+  EXPECT_EQ(explorer->listedIds(), byId);
 }
 
 TEST_P(ExplorerTest, TheHostKnowsItsCurrentAndActiveWindows) {
@@ -212,6 +254,7 @@ TEST(HostToolsTest, IconsComeFromTheModulesFolderAtTheAskedSize) {
 
 } // namespace
 
+KORDEL_ON_BOTH_DATABASES(ListOrderTest);
 INSTANTIATE_TEST_SUITE_P(Databases, ExplorerTest, ::testing::Values(kordel::nuvo::Dialect::SQLite),
                          kordel::test::dialectName);
 INSTANTIATE_TEST_SUITE_P(Databases, HostedDataTest, ::testing::Values(kordel::nuvo::Dialect::SQLite),
