@@ -12,6 +12,7 @@
 #include <QUrl>
 
 #include <cmath>
+#include <unordered_set>
 #include <memory>
 #include <set>
 #include <vector>
@@ -28,7 +29,8 @@ constexpr Twips kPageGap = 16 * kTwipsPerPoint;
 const QLatin1String kStyleSheet(".page{position:relative;overflow:hidden;margin:0 auto;background:#ffffff;"
                                 "box-shadow:0 0 4pt #808080}\n"
                                 ".page>*{position:absolute;box-sizing:border-box;margin:0;padding:0;border:0}\n"
-                                ".page>div.t{white-space:pre;line-height:normal;overflow:visible}\n");
+                                ".page>div.t{white-space:pre;line-height:normal;overflow:visible}\n"
+                                ".page>div.w{white-space:pre-wrap;line-height:normal;overflow:visible}\n");
 
 QString baseOf(const QString &baseName) {
   for (const QLatin1String ending : {QLatin1String(".html"), QLatin1String(".htm")})
@@ -98,10 +100,27 @@ public:
   PageMarkup(const Page &page, const QString &baseName, QString &out) : page_(page), baseName_(baseName), out_(out) {}
 
   void operator()(const TextRun &run) {
-    out_ += QStringLiteral("<div class=\"t f%1\" style=\"%2;color:%3;text-align:%4\">%5</div>\n")
+    const WholeText *whole = page_.wholeTextOf(run);
+    if (!whole) {
+      out_ += QStringLiteral("<div class=\"t f%1\" style=\"%2;color:%3;text-align:%4\">%5</div>\n")
+                  .arg(run.font)
+                  .arg(boxStyle(run.box), cssColor(run.color), QLatin1String(alignName(run.align)),
+                       escapeHtml(page_.text(run)));
+      return;
+    }
+    // A value wrapped or cut on the page is written whole where its first
+    // line stands, as wide as its box and as high as it needs, with its
+    // own line breaks.
+    if (!written_.insert(whole).second)
+      return;
+    QStringList lines;
+    for (const QString &line : page_.text(*whole).split(QLatin1Char('\n')))
+      lines << escapeHtml(line);
+    const QString text = lines.join(QLatin1String("<br>"));
+    out_ += QStringLiteral("<div class=\"w f%1\" style=\"left:%2;top:%3;width:%4;color:%5;text-align:%6\">%7</div>\n")
                 .arg(run.font)
-                .arg(boxStyle(run.box), cssColor(run.color), QLatin1String(alignName(run.align)),
-                     escapeHtml(page_.text(run)));
+                .arg(cssPoints(run.box.x), cssPoints(run.box.y), cssPoints(run.box.width), cssColor(run.color),
+                     QLatin1String(alignName(run.align)), text);
   }
 
   // A line is a block as long as the line and as high as its stroke,
@@ -149,6 +168,7 @@ private:
   }
 
   const Page &page_;
+  std::unordered_set<const WholeText *> written_;
   const QString &baseName_;
   QString &out_;
 };

@@ -8,6 +8,8 @@
 #include <QRegularExpression>
 #include <QStringList>
 
+#include <unordered_set>
+
 namespace kordel::engine {
 
 namespace {
@@ -54,13 +56,24 @@ QString TextExporter::text(const PageDocument &document) const {
 
 void TextExporter::appendPage(QString &out, const Page &page) const {
   const TextLine *previous = nullptr;
+  // A value wrapped over lines or cut at its box is written whole, once,
+  // where its first line stands; its other lines are left out.
+  std::unordered_set<const WholeText *> written;
   for (const TextLine &line : textLines(page)) {
     QStringList texts;
     for (const TextRun *run : line.runs) {
-      const QString text = page.text(*run);
+      QString text = page.text(*run);
+      if (const WholeText *whole = page.wholeTextOf(*run)) {
+        if (written.count(whole))
+          continue;
+        written.insert(whole);
+        text = page.text(*whole);
+      }
       if (hasText(text))
         texts += field(text);
     }
+    if (texts.isEmpty() && !line.runs.empty() && page.wholeTextOf(*line.runs.front()))
+      continue; // only lines of a value written above
     if (suppressEmptyLines_) {
       if (!texts.isEmpty())
         out += texts.join(textDelimiter_) + QLatin1Char('\n');

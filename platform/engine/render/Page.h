@@ -92,6 +92,19 @@ struct ImageItem {
 
 using PageItem = std::variant<TextRun, LineItem, RectItem, EllipseItem, ImageItem>;
 
+// A value the page prints other than whole: wrapped over several lines,
+// or cut where its box ends. It names the runs it printed as (their texts
+// lie one after another in the page's pool) and keeps the text as it was.
+// Exports that are not bound to the printed look take the whole text.
+class WholeText {
+private:
+  friend class Page;
+  std::uint32_t runsBegin_ = 0; // where its first run's text begins in the pool
+  std::uint32_t runsEnd_ = 0;   // where its last run's text ends
+  std::uint32_t textOffset_ = 0;
+  std::uint32_t textLength_ = 0;
+};
+
 // The display list of one finished page: its size and the items in painting
 // order. Items are small fixed-size values; the texts of all runs share one
 // string, so a page of a few hundred runs takes a few tens of kilobytes.
@@ -110,6 +123,21 @@ public:
   void addEllipse(const EllipseItem &ellipse) { items_.emplace_back(ellipse); }
   void addImage(const Box &box, int image) { items_.emplace_back(ImageItem{box, image}); }
 
+  // Marks the runs added since textMark() as printing the text given, when
+  // they show less of it than all or in several lines; nothing is kept for
+  // a value printed whole in one run.
+  std::uint32_t textMark() const { return std::uint32_t(textPool_.size()); }
+  void markWholeText(std::uint32_t mark, const QString &whole);
+  // The whole text a run belongs to; nullptr for a run that printed its
+  // value whole.
+  const WholeText *wholeTextOf(const TextRun &run) const;
+  // Whether the run is the first of its whole text's runs.
+  bool beginsWholeText(const TextRun &run, const WholeText &whole) const { return run.textOffset_ == whole.runsBegin_; }
+  QString text(const WholeText &whole) const;
+  // Copies another page's items, moved by dx and dy, with their whole
+  // texts.
+  void addPage(const Page &other, Twips dx, Twips dy);
+
   const std::vector<PageItem> &items() const { return items_; }
   int itemCount() const { return int(items_.size()); }
   bool isEmpty() const { return items_.empty(); }
@@ -127,6 +155,7 @@ private:
   Twips height_ = 0;
   std::vector<PageItem> items_;
   QString textPool_;
+  std::vector<WholeText> wholeTexts_; // by where their runs begin
 };
 
 } // namespace kordel::engine

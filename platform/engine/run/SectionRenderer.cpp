@@ -119,15 +119,17 @@ BandPiece SectionRenderer::renderPiece(const Section &section, const std::vector
   struct Laid {
     const Control *control;
     QStringList lines;
+    QString text; // before wrapping
     float height;
     float delta; // growth (or shrinking, below 0) against the designed height
     float shift = 0;
   };
   std::vector<Laid> laid;
   for (const auto &control : controls) {
-    Laid item{control.get(), {}, control->height, 0};
+    Laid item{control.get(), {}, {}, control->height, 0};
     if (control->kind() == ControlKind::Label) {
       const auto &label = static_cast<const Label &>(*control);
+      item.text = label.caption;
       item.lines = fontUse(*label.font).canvas->wrap(label.caption, round(label.width));
     } else if (control->kind() == ControlKind::Field) {
       const auto &field = static_cast<const Field &>(*control);
@@ -135,6 +137,7 @@ BandPiece SectionRenderer::renderPiece(const Section &section, const std::vector
         const QString text =
             formatFieldText(hooks_.value ? hooks_.value(field) : Variant(field.text), field.outputFormat);
         const FontUse &font = fontUse(*field.font);
+        item.text = text;
         item.lines = font.canvas->wrap(text, round(field.width));
         // Lines are drawn a whole number of twips apart, so a field grows
         // by the same measure.
@@ -188,7 +191,7 @@ BandPiece SectionRenderer::renderPiece(const Section &section, const std::vector
         continue;
       }
     }
-    drawControl(piece, *item.control, y, round(item.height), item.lines);
+    drawControl(piece, *item.control, y, round(item.height), item.lines, item.text);
   }
   return piece;
 }
@@ -231,7 +234,7 @@ Page SectionRenderer::renderDesign(const Control &control) {
 }
 
 void SectionRenderer::drawControl(BandPiece &piece, const Control &control, Twips y, Twips height,
-                                  const QStringList &lines) {
+                                  const QStringList &lines, const QString &whole) {
   Page &page = piece.content;
   const Box box{round(control.left), y, round(control.width), height};
   switch (control.kind()) {
@@ -242,6 +245,7 @@ void SectionRenderer::drawControl(BandPiece &piece, const Control &control, Twip
     const FontUse &use = fontUse(*control.font);
     const Twips lineHeight = use.lineHeight;
     const int font = use.index;
+    const std::uint32_t mark = page.textMark();
     for (int i = 0; i < lines.size(); ++i) {
       const Twips lineTop = y + i * lineHeight;
       // Lines that do not fit a box that may not grow are cut off; the
@@ -251,6 +255,8 @@ void SectionRenderer::drawControl(BandPiece &piece, const Control &control, Twip
       page.addText(Box{box.x, lineTop, box.width, lineHeight}, lines[i], font, rgb(control.foreColor),
                    textAlign(control.alignment));
     }
+    if (!whole.isEmpty())
+      page.markWholeText(mark, whole);
     if (control.borderStyle == 1)
       page.addRect(RectItem{box, std::nullopt, Stroke{rgb(control.borderColor), 0, LineStyle::Solid}, 0});
     break;

@@ -55,7 +55,10 @@ private:
   struct Placed;
   BandPiece renderPiece(const Section &section, const std::vector<std::shared_ptr<Control>> &controls, Twips top,
                         Twips minimumHeight);
-  void drawControl(BandPiece &piece, const Control &control, Twips y, Twips height, const QStringList &lines);
+  // lines: the text as wrapped to the control's width; whole: the text
+  // before wrapping, which the page keeps when the lines show it otherwise.
+  void drawControl(BandPiece &piece, const Control &control, Twips y, Twips height, const QStringList &lines,
+                   const QString &whole = {});
   // The measuring canvas and the document's font index of a control's
   // font, made once per font object and made again when it changes.
   struct FontUse {

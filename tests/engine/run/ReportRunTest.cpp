@@ -3,7 +3,9 @@
 // hidden sections, nested sub reports, script errors, an empty data set,
 // and the pages read back from a PDF.
 
+#include "engine/export/HtmlExporter.h"
 #include "engine/export/PdfExporter.h"
+#include "engine/export/TextExporter.h"
 #include "engine/format/LayoutFormat.h"
 #include <QFile>
 #include "engine/model/Controls.h"
@@ -267,6 +269,40 @@ TEST(ReportRunTest, GrowingTextPushesWhatFollowsAndFixedTextIsCut) {
       if (longNote.contains(nine.text(*run)) && nine.text(*run) != "short")
         drawn << nine.text(*run);
   EXPECT_EQ(drawn.join(' '), longNote);
+}
+
+// A field that may not grow prints what fits; the text and web exports,
+// which are not bound to the printed look, keep its whole value, line
+// breaks included, once.
+TEST(ReportRunTest, TextAndWebExportsKeepTheWholeValueThatThePageCuts) {
+  auto report = LayoutReport::create();
+  auto &detail = *report->sections()->add("Detail", 0, SectionType::Detail, 300);
+  addField(detail, "company", 0, 1800);
+  addField(detail, "city", 2000, 1200);
+  const QString longName = QStringLiteral("Müller Maschinenbau GmbH & Co. KG");
+  const QString twoLines = QStringLiteral("first line\nsecond line");
+  auto source = std::make_shared<RowSource>(
+      report, std::vector<RowValues>{{{"company", Variant(longName)}, {"city", Variant("Köln")}},
+                                     {{"company", Variant(twoLines)}, {"city", Variant("Ulm")}},
+                                     {{"company", Variant("Short AB")}, {"city", Variant("Lund")}}});
+  report->setEventSink(source);
+  report->run();
+  const PageDocument &pages = *report->pages();
+  QStringList printed;
+  for (const PageItem &item : pages.page(0).items())
+    if (const auto *run = std::get_if<TextRun>(&item))
+      printed << pages.page(0).text(*run);
+  EXPECT_FALSE(printed.contains(longName)) << "the page shows the first line only";
+  EXPECT_FALSE(printed.join(u'|').contains(QStringLiteral("second line")));
+
+  const QString text = TextExporter().text(pages);
+  EXPECT_EQ(text, QStringLiteral("Müller Maschinenbau GmbH & Co. KG;Köln\n"
+                                 "\"first line\nsecond line\";Ulm\n"
+                                 "Short AB;Lund\n"));
+  const QString html = QString::fromUtf8(HtmlExporter().html(pages, QStringLiteral("list")));
+  EXPECT_EQ(html.count(QStringLiteral("Müller Maschinenbau GmbH &amp; Co. KG")), 1);
+  EXPECT_TRUE(html.contains(QStringLiteral("first line<br>second line")));
+  EXPECT_TRUE(html.contains(QStringLiteral(">Short AB<")));
 }
 
 // The same report script in both languages: rows made by the script
