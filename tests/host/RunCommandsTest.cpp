@@ -429,6 +429,59 @@ TEST_F(RunCommands, AReportWhoseClassWasDroppedIsRefused) {
                                               "which this database lacks (5)"));
 }
 
+// The cells of a text export, quotes undone.
+QStringList textCells(const QString &text) {
+  QStringList cells;
+  QString cell;
+  bool quoted = false;
+  for (qsizetype i = 0; i < text.size(); ++i) {
+    const QChar c = text[i];
+    if (quoted && c == u'"' && i + 1 < text.size() && text[i + 1] == u'"') {
+      cell += c;
+      ++i;
+    } else if (c == u'"') {
+      quoted = !quoted;
+    } else if (!quoted && (c == u';' || c == u'\n')) {
+      cells << cell;
+      cell.clear();
+    } else {
+      cell += c;
+    }
+  }
+  cells << cell;
+  return cells;
+}
+
+QString collapsed(const QString &text) { return plain(text).simplified(); }
+
+// A PDF's text in reading order, each block's lines together, so that a
+// value wrapped in its column reads as one.
+QString pdfReadingText(const QString &path) {
+  QProcess tool;
+  tool.start(QStringLiteral("pdftotext"), {QStringLiteral("-enc"), QStringLiteral("UTF-8"), path, QStringLiteral("-")});
+  tool.waitForFinished(60000);
+  return QString::fromUtf8(tool.readAllStandardOutput());
+}
+
+// What the text export holds whole, the demo reports' own PDF prints whole
+// too: long names wrap in their column rather than lose their end.
+TEST_F(RunCommands, TheDemoReportsPrintEveryValueWhole) {
+  if (!test::pdfToolsAvailable())
+    GTEST_SKIP() << "pdftotext is needed";
+  for (const QString report : {"Company list", "Deals by value", "Company history"}) {
+    const QString txt = out_.file(report + ".txt");
+    const QString pdf = out_.file(report + ".pdf");
+    ASSERT_EQ(orvex({"export", "--report", report, "--all", "--out", txt}).exitCode, 0);
+    ASSERT_EQ(orvex({"export", "--report", report, "--all", "--out", pdf}).exitCode, 0);
+    const QString printed = collapsed(pdfReadingText(pdf));
+    QStringList cut;
+    for (const QString &cell : textCells(QString::fromUtf8(test::readFile(txt))))
+      if (!cell.trimmed().isEmpty() && !printed.contains(collapsed(cell)))
+        cut << cell;
+    EXPECT_TRUE(cut.isEmpty()) << report.toStdString() << " cuts: " << cut.join(u'|').toStdString();
+  }
+}
+
 // ---- Printing ----
 
 TEST_F(RunCommands, TheBuiltInPdfPrinterWritesIntoTheDocumentsFolder) {

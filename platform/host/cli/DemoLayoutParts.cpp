@@ -91,6 +91,9 @@ void addColumnFields(engine::Section &section, const std::vector<Column> &column
     engine::Field &field = addDataField(section, column.path, column.left, top, column.width);
     field.alignment = column.alignment;
     field.outputFormat = column.outputFormat;
+    // A value longer than its column wraps, and the row grows, rather than
+    // losing its end.
+    field.canGrow = true;
   }
 }
 

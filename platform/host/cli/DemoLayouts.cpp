@@ -139,17 +139,22 @@ DemoReport companyHistory() {
   auto companies = newLayout(kDemoPrintWidth);
   addPageHeader(*companies, QStringLiteral("Company history"), {});
   Section &company = addSection(*companies, SectionType::Detail, QStringLiteral("Detail"), 0);
-  setFont(addDataField(company, QStringLiteral("name"), 0, 120, 5600), 11, true);
-  addDataField(company, QStringLiteral("city"), 5700, 150, 3900);
+  engine::Field &name = addDataField(company, QStringLiteral("name"), 0, 120, 5600);
+  setFont(name, 11, true);
+  name.canGrow = true;
+  addDataField(company, QStringLiteral("city"), 5700, 150, 3900).canGrow = true;
   addSubPageBelowRow(company, kHistoryPersons, QStringLiteral("Persons"), QStringLiteral("person"),
                      120 + kRowHeight + 90);
   addPageFooter(*companies);
 
   auto persons = newLayout(kDemoPrintWidth - kIndent);
   Section &person = addSection(*persons, SectionType::Detail, QStringLiteral("Detail"), 0);
-  setFont(addDataField(person, QStringLiteral("firstname"), 0, 0, 2200), 10, true);
-  setFont(addDataField(person, QStringLiteral("lastname"), 2300, 0, 2800), 10, true);
-  addDataField(person, QStringLiteral("position"), 5200, 0, 4040);
+  for (engine::Field *field : {&addDataField(person, QStringLiteral("firstname"), 0, 0, 2200),
+                               &addDataField(person, QStringLiteral("lastname"), 2300, 0, 2800)}) {
+    setFont(*field, 10, true);
+    field->canGrow = true;
+  }
+  addDataField(person, QStringLiteral("position"), 5200, 0, 4040).canGrow = true;
   addSubPageBelowRow(person, kHistoryEvents, QStringLiteral("History"), QStringLiteral("person.history"),
                      kRowHeight + 15);
 
