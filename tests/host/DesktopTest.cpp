@@ -31,6 +31,7 @@
 #include "support/CupsTestQueues.h"
 #include "support/PdfTools.h"
 #include "support/ScriptedUi.h"
+#include "support/SqliteColumn.h"
 #include "support/TempDir.h"
 
 #include <QApplication>
@@ -44,8 +45,6 @@
 #include <QMdiSubWindow>
 #include <QPushButton>
 #include <QRadioButton>
-#include <QSqlDatabase>
-#include <QSqlQuery>
 #include <QTableView>
 #include <QTreeWidget>
 
@@ -80,21 +79,7 @@ protected:
     hostapi::installUi(nullptr);
   }
 
-  // Column values of the database, asked by SQL.
-  QStringList column(const QString &sql) const {
-    QStringList values;
-    {
-      auto db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("desktop-test"));
-      db.setDatabaseName(database);
-      EXPECT_TRUE(db.open());
-      QSqlQuery query(db);
-      EXPECT_TRUE(query.exec(sql)) << sql.toStdString();
-      while (query.next())
-        values << query.value(0).toString();
-    }
-    QSqlDatabase::removeDatabase(QStringLiteral("desktop-test"));
-    return values;
-  }
+  QStringList column(const QString &sql) const { return test::sqliteColumn(database, sql); }
 
   static QStringList shownColumn(const RecordListModel &model, int column) {
     QStringList texts;

@@ -15,6 +15,7 @@
 #include "hostapi/Ui.h"
 
 #include "support/PdfTools.h"
+#include "support/SqliteColumn.h"
 #include "support/XlsReader.h"
 #include "support/CupsTestQueues.h"
 #include "support/OrvexProcess.h"
@@ -63,21 +64,7 @@ const QByteArray kPriceList = R"(<?xml version="1.0"?>
 <property name="name" value="name"/><property name="expression" value="name"/></section></section>
 </section></section></application>)";
 
-// The first column of a query on a database file, read with SQL.
-QStringList column(const QString &database, const QString &sql) {
-  QStringList values;
-  {
-    auto db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("run-commands-test"));
-    db.setDatabaseName(database);
-    EXPECT_TRUE(db.open());
-    QSqlQuery query(db);
-    EXPECT_TRUE(query.exec(sql)) << sql.toStdString();
-    while (query.next())
-      values << query.value(0).toString();
-  }
-  QSqlDatabase::removeDatabase(QStringLiteral("run-commands-test"));
-  return values;
-}
+QStringList column(const QString &database, const QString &sql) { return test::sqliteColumn(database, sql); }
 
 // Text as a reader of the file gives it, with ligatures and the like
 // spelled out, so that names can be looked for as they are stored.

@@ -5,6 +5,7 @@
 
 #include "support/OrvexProcess.h"
 #include "support/PdfTools.h"
+#include "support/SqliteColumn.h"
 #include "support/TempDir.h"
 
 #include <QCoreApplication>
@@ -14,8 +15,6 @@
 #include <QImage>
 #include <QProcess>
 #include <QSet>
-#include <QSqlDatabase>
-#include <QSqlQuery>
 #include <QStandardPaths>
 #include <QThread>
 
@@ -197,16 +196,7 @@ TEST_F(WindowCommands, APrintWithoutARangeAsksInThePrintDialog) {
   const QStringList files = QDir(documents).entryList({QStringLiteral("*.pdf")}, QDir::Files);
   ASSERT_EQ(files.size(), 1) << err.toStdString();
   const QString text = kordel::test::pdfPageTexts(documents + u'/' + files.front()).join(u'\n');
-  QStringList companies;
-  {
-    auto db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("window-commands-test"));
-    db.setDatabaseName(database);
-    ASSERT_TRUE(db.open());
-    QSqlQuery query(QStringLiteral("SELECT name FROM company"), db);
-    while (query.next())
-      companies << query.value(0).toString();
-  }
-  QSqlDatabase::removeDatabase(QStringLiteral("window-commands-test"));
+  const QStringList companies = kordel::test::sqliteColumn(database, QStringLiteral("SELECT name FROM company"));
   ASSERT_EQ(companies.size(), 5);
   for (const QString &name : companies)
     EXPECT_TRUE(text.contains(name)) << name.toStdString() << " missing in " << text.toStdString();
@@ -218,8 +208,8 @@ TEST_F(WindowCommands, APrintWithoutARangeAsksInThePrintDialog) {
 TEST_F(WindowCommands, TheDesktopClientStartsOnADemoDatabaseAndOpensAList) {
   if (!startDisplay())
     GTEST_SKIP() << skipReason.toStdString();
-  ASSERT_TRUE(openWindow({}, "\"Orvex - Demo\"")) << windows().toStdString()
-                                                  << program.readAllStandardError().toStdString();
+  ASSERT_TRUE(openWindow({}, "\"Orvex - Demo\""))
+      << windows().toStdString() << program.readAllStandardError().toStdString();
   EXPECT_TRUE(QFile::exists(dir.file("data/demo.db")));
   const int before = coloursIn(screenshot("orvex-desktop-start.png"));
   type({"Return"});
