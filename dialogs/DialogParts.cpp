@@ -2,9 +2,16 @@
 
 #include <QHBoxLayout>
 #include <QKeyEvent>
+#include <QLabel>
 #include <QPushButton>
 
 namespace kordel::addin {
+
+QLabel *NamedLabel(const char *name, QWidget *buddy, QWidget *parent) {
+  auto *label = named<QLabel>(name, parent);
+  label->setBuddy(buddy);
+  return label;
+}
 
 QPushButton *NamedButton(const char *name, QWidget *parent) {
   auto *button = new QPushButton(parent);

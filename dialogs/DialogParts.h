@@ -8,6 +8,7 @@
 
 class QEvent;
 class QHBoxLayout;
+class QLabel;
 class QObject;
 class QPushButton;
 class QWidget;
@@ -26,6 +27,17 @@ template <class Handler> auto Guarded(QString label, Handler handler) {
     }
   };
 }
+
+// A control made with its name, by which the translation gives its caption
+// and tests find it.
+template <class Control> Control *named(const char *name, QWidget *parent) {
+  auto *control = new Control(parent);
+  control->setObjectName(QString::fromLatin1(name));
+  return control;
+}
+
+// A named label whose access key moves the focus to buddy.
+QLabel *NamedLabel(const char *name, QWidget *buddy, QWidget *parent);
 
 // A push button named for the translation, which gives its caption. Only
 // the default button reacts to Enter: the others take it from no one.

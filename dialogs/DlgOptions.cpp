@@ -24,18 +24,6 @@ namespace {
 const QString kFieldFontKey = QStringLiteral("\\Designer\\FieldFont");
 const QString kLabelFontKey = QStringLiteral("\\Designer\\LabelFont");
 
-template <class Control> Control *named(const char *name, QWidget *parent) {
-  auto *control = new Control(parent);
-  control->setObjectName(QString::fromLatin1(name));
-  return control;
-}
-
-QLabel *namedLabel(const char *name, QWidget *buddy, QWidget *parent) {
-  auto *label = named<QLabel>(name, parent);
-  label->setBuddy(buddy);
-  return label;
-}
-
 // The text as a 16-bit whole number in decimal, or "16" when it is none.
 void normaliseGridSize(QLineEdit &box) {
   try {
@@ -90,7 +78,7 @@ void DlgOptions::buildGeneralTab() {
   FmeRuler = named<QGroupBox>("FmeRuler", PicTabGeneral);
   CboUnits = named<QComboBox>("CboUnits", FmeRuler);
   CboUnits->setMinimumContentsLength(14);
-  LblRulerUnits = namedLabel("LblRulerUnits", CboUnits, FmeRuler);
+  LblRulerUnits = NamedLabel("LblRulerUnits", CboUnits, FmeRuler);
   auto *ruler = new QHBoxLayout(FmeRuler);
   ruler->addWidget(LblRulerUnits);
   ruler->addWidget(CboUnits);
@@ -100,9 +88,9 @@ void DlgOptions::buildGeneralTab() {
   ChkShowGrid = named<QCheckBox>("ChkShowGrid", FmeGrid);
   ChkAlignControlsToGrid = named<QCheckBox>("ChkAlignControlsToGrid", FmeGrid);
   TxtWidth = named<QLineEdit>("TxtWidth", FmeGrid);
-  LblWidth = namedLabel("LblWidth", TxtWidth, FmeGrid);
+  LblWidth = NamedLabel("LblWidth", TxtWidth, FmeGrid);
   TxtHeight = named<QLineEdit>("TxtHeight", FmeGrid);
-  LblHeight = namedLabel("LblHeight", TxtHeight, FmeGrid);
+  LblHeight = NamedLabel("LblHeight", TxtHeight, FmeGrid);
   LblGridUnits = named<QLabel>("LblGridUnits", FmeGrid);
   LblGridUnitsInfo = named<QLabel>("LblGridUnitsInfo", FmeGrid);
   LblGridUnitsInfo->setWordWrap(true);

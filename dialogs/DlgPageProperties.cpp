@@ -52,12 +52,6 @@ QWidget *newPictureBox(const char *name, QWidget *parent) {
   return box;
 }
 
-template <class Control> Control *named(const char *name, QWidget *parent) {
-  auto *control = new Control(parent);
-  control->setObjectName(QString::fromLatin1(name));
-  return control;
-}
-
 std::shared_ptr<hostapi::Fields> classFields(const Page &page) {
   const auto pageClass = page.Class();
   if (!pageClass)

@@ -48,18 +48,6 @@ constexpr std::int16_t kOverwritePrompt = 2;
 constexpr int kMaxCopies = 999;
 const QString kSection = QStringLiteral("PageSetup");
 
-template <class T> T *named(const char *name, QWidget *parent) {
-  auto *widget = new T(parent);
-  widget->setObjectName(QString::fromLatin1(name));
-  return widget;
-}
-
-QLabel *labelFor(const char *name, QWidget *buddy, QWidget *parent) {
-  auto *label = named<QLabel>(name, parent);
-  label->setBuddy(buddy);
-  return label;
-}
-
 // The wait cursor for the length of a handler, reset however it ends.
 class BusyCursor {
 public:
@@ -95,12 +83,12 @@ DlgPageSetup::DlgPageSetup(QWidget *parent) : QDialog(parent) {
 void DlgPageSetup::buildControls() {
   FmePrinter = named<QGroupBox>("FmePrinter", this);
   CbPrinter = named<QComboBox>("CbPrinter", FmePrinter);
-  LblPrinter = labelFor("LblPrinter", CbPrinter, FmePrinter);
+  LblPrinter = NamedLabel("LblPrinter", CbPrinter, FmePrinter);
   CbPaper = named<QComboBox>("CbPaper", FmePrinter);
-  LblPaper = labelFor("LblPaper", CbPaper, FmePrinter);
+  LblPaper = NamedLabel("LblPaper", CbPaper, FmePrinter);
   TxtCopies = named<QLineEdit>("TxtCopies", FmePrinter);
   TxtCopies->setMaximumWidth(60);
-  LblCopies = labelFor("LblCopies", TxtCopies, FmePrinter);
+  LblCopies = NamedLabel("LblCopies", TxtCopies, FmePrinter);
   ChkPrintToFile = named<QCheckBox>("ChkPrintToFile", FmePrinter);
   auto *printerGrid = new QGridLayout(FmePrinter);
   printerGrid->addWidget(LblPrinter, 0, 0);

@@ -95,12 +95,6 @@ constexpr std::array<WidthRange, 7> kLandscapeRanges{{
     {22.4, 23.4, 28},
 }};
 
-template <class Control> Control *named(const char *name, QWidget *parent) {
-  auto *control = new Control(parent);
-  control->setObjectName(QString::fromLatin1(name));
-  return control;
-}
-
 QWidget *newPictureBox(const char *name, QWidget *parent) {
   auto *box = named<QWidget>(name, parent);
   // The boxes share one place; a hidden one keeps its room so that the

@@ -37,12 +37,6 @@ constexpr int kTwipsPerPixel = 15;
 // Where a row of LvwMappings keeps its page's guid.
 constexpr int kRowKey = Qt::UserRole;
 
-template <class Control> Control *named(const char *name, QWidget *parent) {
-  auto *control = new Control(parent);
-  control->setObjectName(QString::fromLatin1(name));
-  return control;
-}
-
 QString message(const char *item, const QString &arg = {}) {
   return GetMessage(kSection + u'.' + QLatin1String(item), arg);
 }
