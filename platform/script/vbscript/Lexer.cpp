@@ -178,7 +178,7 @@ private:
       number();
       return;
     }
-    if (c == u'&' && (at(1) == u'H' || at(1) == u'h' || at(1) == u'O' || at(1) == u'o' || at(1).isDigit())) {
+    if (c == u'&' && startsRadixNumber()) {
       radixNumber();
       return;
     }
@@ -187,6 +187,18 @@ private:
       return;
     }
     symbol(c);
+  }
+
+  // "&H" with a hex digit, "&O" with an octal one, or "&" with one: else
+  // the "&" joins strings ("x" &hi is "x" & hi).
+  bool startsRadixNumber() const {
+    const QChar kind = at(1);
+    const auto octal = [](QChar c) { return c >= u'0' && c <= u'7'; };
+    if (kind == u'H' || kind == u'h')
+      return std::isxdigit(at(2).toLatin1()) != 0;
+    if (kind == u'O' || kind == u'o')
+      return octal(at(2));
+    return octal(kind);
   }
 
   // After an identifier or ")" a "." is member access, never a number.
@@ -279,7 +291,13 @@ private:
       fail(VbError::ExpectedEndOfStatement);
     const QString digits = text_.mid(start, pos_ - start);
     bool ok = false;
-    const double value = digits.toDouble(&ok);
+    double value = digits.toDouble(&ok);
+    // An exponent too small for a Double reads as 0, as natively; one too
+    // large is no number.
+    if (!ok && digits.contains(QLatin1String("e-"), Qt::CaseInsensitive)) {
+      value = 0;
+      ok = true;
+    }
     if (!ok || !std::isfinite(value))
       raiseCompileError(VbError::InvalidNumber, tokenLine_, tokenColumn_);
     if (!isFloat && value <= 32767.0)
@@ -304,14 +322,18 @@ private:
     while (pos_ < text_.size() && (radix == 16 ? std::isxdigit(at().toLatin1()) : (at() >= u'0' && at() <= u'7')))
       ++pos_;
     const QString digits = text_.mid(digitsStart, pos_ - digitsStart);
-    if (at() == u'&')
-      ++pos_; // the Long suffix changes nothing here
+    // The Long suffix keeps four hex digits from reading as a negative
+    // Integer: &HFFFF is -1, &HFFFF& is 65535.
+    const bool longSuffix = at() == u'&' && !startsRadixNumber();
+    if (longSuffix)
+      ++pos_;
     bool ok = false;
     const qulonglong raw = digits.toULongLong(&ok, radix);
-    if (!ok || raw > 0xFFFFFFFFull || isIdentifierPart(at()))
+    // What follows the digits is the next token, even a word (&H01Or&H02).
+    if (!ok || raw > 0xFFFFFFFFull)
       raiseCompileError(VbError::InvalidNumber, tokenLine_, tokenColumn_);
     const QString text = text_.mid(start, pos_ - start);
-    if (raw <= 0xFFFF && (radix == 16 ? digits.size() <= 4 : raw <= 0xFFFF))
+    if (!longSuffix && raw <= 0xFFFF && (radix == 16 ? digits.size() <= 4 : raw <= 0xFFFF))
       push(Tok::Number, text, Variant(std::int16_t(std::uint16_t(raw))));
     else
       push(Tok::Number, text, Variant(int(std::int32_t(std::uint32_t(raw)))));
@@ -353,7 +375,15 @@ private:
     case u'\\': push(Tok::Backslash); return;
     case u'^': push(Tok::Caret); return;
     case u'&': push(Tok::Ampersand); return;
-    case u'=': push(Tok::Equal); return;
+    case u'=':
+      // "=>" and "=<" are read as ">=" and "<=", as natively.
+      if (at() == u'>' || at() == u'<') {
+        push(at() == u'>' ? Tok::GreaterEqual : Tok::LessEqual);
+        ++pos_;
+      } else {
+        push(Tok::Equal);
+      }
+      return;
     case u'<':
       if (at() == u'>') {
         ++pos_;
@@ -369,6 +399,9 @@ private:
       if (at() == u'=') {
         ++pos_;
         push(Tok::GreaterEqual);
+      } else if (at() == u'<') {
+        ++pos_;
+        push(Tok::NotEqual); // "><" is "<>"
       } else {
         push(Tok::Greater);
       }
