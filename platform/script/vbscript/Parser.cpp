@@ -826,19 +826,14 @@ private:
   }
 
   ExprPtr unaryLevel() {
-    if (at(Tok::Minus) || at(Tok::Plus)) {
-      NestingGuard guard(*this);
-      const Token &t = take();
-      return std::make_unique<UnaryExpr>(t.kind == Tok::Minus ? UnaryOp::Negate : UnaryOp::Plus, unaryLevel(), t.line,
-                                         t.column);
-    }
     if (at(Tok::KwNot))
       return notLevel();
     return powerLevel();
   }
 
+  // A sign binds tighter than "^", as natively: -3^2 is 9.
   ExprPtr powerLevel() {
-    ExprPtr left = postfix();
+    ExprPtr left = powerOperand();
     while (at(Tok::Caret)) {
       const Token &t = take();
       left = std::make_unique<BinaryExpr>(BinaryOp::Power, std::move(left), powerOperand(), t.line, t.column);

@@ -27,3 +27,5 @@ WScript.Echo Err.Number
 Err.Clear
 x = "abc" + 1
 WScript.Echo Err.Number, Err.Description
+' A sign binds tighter than the power, as natively.
+WScript.Echo -3^2, -3^2 + 1, 2 * -3 ^ 2, 2 ^ -1 ^ 2, -(3 ^ 2)
