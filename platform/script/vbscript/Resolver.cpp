@@ -95,6 +95,12 @@ void Resolver::resolveBlockOfCode(Program &program, const Procedure *enclosing) 
     pending_[std::size_t(p)].classDef = classDef;
   }
   for (const auto &procedure : program.procedures) {
+    // Of two procedures of one name the last one counts, as natively.
+    const auto earlier = pendingIndex_.constFind(fold(procedure->name));
+    if (earlier != pendingIndex_.constEnd() && pending_[std::size_t(*earlier)].kind == GlobalEntry::Kind::Procedure) {
+      pending_[std::size_t(*earlier)].procedure = procedure;
+      continue;
+    }
     const int p = declareGlobal(procedure->name, GlobalEntry::Kind::Procedure, procedure->line, procedure->column);
     pending_[std::size_t(p)].procedure = procedure;
   }

@@ -89,3 +89,12 @@ Sub UsesLocal()
 End Sub
 UsesLocal
 WScript.Echo "local shadows global", total
+' Of two procedures of one name the last one counts, wherever it is called.
+WScript.Echo Twice(1)
+Function Twice(n)
+  Twice = "first " & n
+End Function
+Function Twice(n)
+  Twice = "second " & n
+End Function
+WScript.Echo Twice(2)
