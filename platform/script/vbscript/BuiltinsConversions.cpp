@@ -14,9 +14,25 @@ Variant fnCLng(BuiltinArgs &a) { return Variant(int(a[0].toLong())); }
 Variant fnCDbl(BuiltinArgs &a) { return Variant(a[0].toDouble()); }
 Variant fnCSng(BuiltinArgs &a) { return Variant(a[0].toSingle()); }
 Variant fnCCur(BuiltinArgs &a) { return Variant(a[0].toCurrency()); }
-Variant fnCBool(BuiltinArgs &a) { return Variant(a[0].toBool()); }
+// The texts "#TRUE#" and "#FALSE#", as the native engine writes Booleans
+// to files, convert as well.
+Variant fnCBool(BuiltinArgs &a) {
+  if (a[0].type() == Variant::Type::String) {
+    const QString text = a[0].toString().trimmed();
+    if (text.compare(QLatin1String("#TRUE#"), Qt::CaseInsensitive) == 0)
+      return Variant(true);
+    if (text.compare(QLatin1String("#FALSE#"), Qt::CaseInsensitive) == 0)
+      return Variant(false);
+  }
+  return Variant(a[0].toBool());
+}
 Variant fnCDate(BuiltinArgs &a) { return Variant(a[0].toDate()); }
-Variant fnCByte(BuiltinArgs &a) { return Variant(a[0].toByte()); }
+// True is all bits set: a Byte of 255.
+Variant fnCByte(BuiltinArgs &a) {
+  if (a[0].type() == Variant::Type::Boolean)
+    return Variant(std::uint8_t(a[0].toBool() ? 255 : 0));
+  return Variant(a[0].toByte());
+}
 
 // Hex and Oct: Integer-sized values show 16 bits, the rest 32.
 QString radixText(const Variant &value, int radix) {

@@ -24,3 +24,5 @@ WScript.Echo "CBool text", Err.Number
 Err.Clear
 v = CStr(Array(1))
 WScript.Echo "CStr array", Err.Number
+' Booleans: True is all bits set in a Byte, and the texts files hold them as.
+WScript.Echo CByte(True), TypeName(CByte(True)), CByte(False), CBool("#TRUE#"), CBool("#false#"), Round(True)
