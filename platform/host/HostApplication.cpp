@@ -22,6 +22,7 @@
 #include "engine/render/TextCanvas.h"
 #include "nuvo/ExplorerList.h"
 #include "nuvo/ProgIds.h"
+#include "script/vbscript/RegExpObject.h"
 
 #include "hostapi/ActiveUser.h"
 #include "hostapi/Classes.h"
@@ -86,6 +87,7 @@ HostApplication::HostApplication(std::shared_ptr<SettingsStore> settings, std::s
   registerProgId(QString::fromLatin1(hostapi::kTiffExportProgId),
                  [] { return std::make_shared<engine::TiffExporterObject>(); });
   registerProgId(QStringLiteral("Scripting.Dictionary"), [] { return std::make_shared<Dictionary>(); });
+  registerProgId(QStringLiteral("VBScript.RegExp"), [] { return std::make_shared<script::vb::RegExpObject>(); });
   nuvo::registerProgIds(
       [this](const QString &progId, nuvo::ProgIdFactory factory) { registerProgId(progId, std::move(factory)); },
       [this] { return database_; });

@@ -3,6 +3,7 @@
 #include "script/vbscript/ArrayAccess.h"
 #include "script/vbscript/Interpreter.h"
 #include "script/vbscript/Operators.h"
+#include "script/vbscript/RegExpObject.h"
 #include "script/vbscript/ScriptObject.h"
 #include "script/vbscript/VbErrors.h"
 
@@ -248,8 +249,13 @@ Variant Interpreter::memberCall(ScriptObject &object, int index, std::vector<Exp
 
 Variant Interpreter::evalNew(NewExpr &expr) {
   const int index = globals_.find(expr.folded);
-  if (index < 0 || globals_.at(index).kind != GlobalEntry::Kind::Class)
+  if (index < 0 || globals_.at(index).kind != GlobalEntry::Kind::Class) {
+    // RegExp is the one class the language brings; a script's own class
+    // of that name comes first.
+    if (expr.folded == QLatin1String("regexp"))
+      return Variant(std::make_shared<RegExpObject>());
     raiseNamedError(VbError::ClassNotDefined, expr.className);
+  }
   const std::shared_ptr<ClassDef> classDef = globals_.at(index).classDef;
   auto object = std::make_shared<ScriptObject>(classDef, *this);
   for (std::size_t i = 0; i < classDef->fields.size(); ++i) {

@@ -61,6 +61,7 @@
 #include "script/vbscript/ErrObject.h"
 #include "script/vbscript/Operators.h"
 #include "script/vbscript/Parser.h"
+#include "script/vbscript/RegExpObject.h"
 #include "script/vbscript/Resolver.h"
 #include "script/vbscript/ScriptObject.h"
 #include "script/vbscript/VbErrors.h"
@@ -398,6 +399,8 @@ ObjectRef Interpreter::createObject(const QString &progId) {
   }
   if (progId.compare(QLatin1String("Scripting.Dictionary"), Qt::CaseInsensitive) == 0)
     return std::make_shared<Dictionary>();
+  if (progId.compare(QLatin1String("VBScript.RegExp"), Qt::CaseInsensitive) == 0)
+    return std::make_shared<RegExpObject>();
   raiseNamedError(ErrorNumber::CannotCreateObject, progId);
 }
 

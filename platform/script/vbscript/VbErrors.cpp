@@ -63,6 +63,11 @@ QString vbErrorDescription(int number) {
   case VbError::UnexpectedNext: return QStringLiteral("Unexpected 'Next'");
   case VbError::DefaultNotOnProperty: return QStringLiteral("'Default' can only be on Property Get, Function or Sub");
   case VbError::ExpressionTooComplex: return QStringLiteral("Expression too complex");
+  case VbError::RegExpSyntax: return QStringLiteral("Syntax error in regular expression");
+  case VbError::RegExpUnexpectedQuantifier: return QStringLiteral("Unexpected quantifier");
+  case VbError::RegExpExpectedBracket: return QStringLiteral("Expected ']' in regular expression");
+  case VbError::RegExpExpectedParen: return QStringLiteral("Expected ')' in regular expression");
+  case VbError::RegExpInvalidRange: return QStringLiteral("Invalid range in character set");
   default: return QString();
   }
 }

@@ -65,6 +65,13 @@ constexpr int PropertyLetWithoutArgument = 1054;
 constexpr int UnexpectedNext = 1055;
 constexpr int DefaultNotOnProperty = 1057;
 constexpr int ExpressionTooComplex = 1058; // ours: nesting deeper than the parser allows
+
+// The RegExp object's pattern errors, raised when a pattern is used.
+constexpr int RegExpSyntax = 5017;
+constexpr int RegExpUnexpectedQuantifier = 5018;
+constexpr int RegExpExpectedBracket = 5019;
+constexpr int RegExpExpectedParen = 5020;
+constexpr int RegExpInvalidRange = 5021;
 } // namespace VbError
 
 // The description of a number the shared table lacks, or a null string.
