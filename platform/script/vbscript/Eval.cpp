@@ -201,7 +201,11 @@ Variant Interpreter::callValue(const Variant &callee, std::vector<ExprPtr> *args
 }
 
 Variant Interpreter::objectOf(MemberExpr &member, Frame &frame) {
-  return member.object ? eval(*member.object, frame) : *frame.refs[member.withSlot];
+  if (member.object)
+    return eval(*member.object, frame);
+  if (member.withSlot < 0)
+    raiseNamedError(VbError::UnqualifiedReference, member.name);
+  return *frame.refs[member.withSlot];
 }
 
 int Interpreter::scriptMember(ScriptObject &object, MemberExpr &member, const Frame &frame) {

@@ -14,6 +14,25 @@ namespace kordel::script::vb {
 
 namespace {
 
+// A conversion function called as a statement (Call CInt(1)) is refused
+// when it runs, as natively: its value has nowhere to go.
+bool isConversionCall(const Expr &expr) {
+  const Expr *callee = &expr;
+  if (expr.kind == ExprKind::Call)
+    callee = static_cast<const CallExpr &>(expr).callee.get();
+  if (callee->kind != ExprKind::Name)
+    return false;
+  const auto &name = static_cast<const NameExpr &>(*callee);
+  static const QStringList conversions{QStringLiteral("cbool"), QStringLiteral("cbyte"), QStringLiteral("ccur"),
+                                       QStringLiteral("cdate"), QStringLiteral("cdbl"),  QStringLiteral("cint"),
+                                       QStringLiteral("clng"),  QStringLiteral("csng"),  QStringLiteral("cstr")};
+  return name.binding == Binding::Builtin && conversions.contains(name.folded);
+}
+
+} // namespace
+
+namespace {
+
 // Whether a For counter has passed its end, for a rising or a falling step.
 bool pastEnd(const Variant &counter, const Variant &end, bool falling) {
   using VT = Variant::Type;
@@ -118,7 +137,14 @@ Flow Interpreter::exec(Stmt &stmt, Frame &frame) {
     assign(*s.target, std::move(value), s.isSet, frame);
     return Flow::Normal;
   }
-  case StmtKind::Call: eval(*static_cast<CallStmt &>(stmt).call, frame); return Flow::Normal;
+  case StmtKind::Call: {
+    const Expr &call = *static_cast<CallStmt &>(stmt).call;
+    if (isConversionCall(call))
+      raiseError(VbError::UnsupportedAutomationType, runtimeErrorSource(),
+                 standardDescription(VbError::UnsupportedAutomationType));
+    eval(*static_cast<CallStmt &>(stmt).call, frame);
+    return Flow::Normal;
+  }
   case StmtKind::ReDim: execReDim(static_cast<ReDimStmt &>(stmt), frame); return Flow::Normal;
   case StmtKind::Erase: execErase(static_cast<EraseStmt &>(stmt), frame); return Flow::Normal;
   case StmtKind::If: return execIf(static_cast<IfStmt &>(stmt), frame);

@@ -341,9 +341,8 @@ void Resolver::expression(Expr &e, Scope &scope, bool asCallee) {
     if (member.object) {
       expression(*member.object, scope);
     } else {
-      if (scope.withSlots.empty())
-        raiseCompileError(VbError::SyntaxError, e.line, e.column, QStringLiteral("Invalid or unqualified reference"));
-      member.withSlot = scope.withSlots.back();
+      // Outside a With block the reference fails when it runs, as natively.
+      member.withSlot = scope.withSlots.empty() ? -1 : scope.withSlots.back();
     }
     return;
   }

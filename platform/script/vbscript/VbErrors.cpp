@@ -10,8 +10,11 @@ QString vbErrorDescription(int number) {
   case ScriptErrorNumber::SubNotDefined: return QStringLiteral("Sub or Function not defined");
   case VbError::ForLoopNotInitialized: return QStringLiteral("For loop not initialized");
   case VbError::NotACollection: return QStringLiteral("Object not a collection");
+  case VbError::UnsupportedAutomationType:
+    return QStringLiteral("Variable uses an Automation type not supported in VBScript");
   case VbError::VariableUndefined: return QStringLiteral("Variable is undefined");
   case VbError::IllegalAssignment: return QStringLiteral("Illegal assignment");
+  case VbError::UnqualifiedReference: return QStringLiteral("Invalid or unqualified reference");
   case VbError::ClassNotDefined: return QStringLiteral("Class not defined");
   case ScriptErrorNumber::Timeout: return QStringLiteral("The script ran longer than it may");
   case VbError::SyntaxError: return QStringLiteral("Syntax error");

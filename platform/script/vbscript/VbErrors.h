@@ -14,8 +14,10 @@ namespace kordel::script::vb {
 namespace VbError {
 constexpr int ForLoopNotInitialized = 92;
 constexpr int NotACollection = 451;
+constexpr int UnsupportedAutomationType = 458;
 constexpr int VariableUndefined = 500;
 constexpr int IllegalAssignment = 501;
+constexpr int UnqualifiedReference = 505;
 constexpr int ClassNotDefined = 506;
 
 constexpr int SyntaxError = 1002;
