@@ -279,7 +279,15 @@ Flow Interpreter::execDo(DoStmt &stmt, Frame &frame) {
 
 Flow Interpreter::execWith(WithStmt &stmt, Frame &frame) {
   Variant &slot = *frame.refs[stmt.slot];
-  slot = eval(*stmt.object, frame);
+  try {
+    slot = eval(*stmt.object, frame);
+    if (!slot.isObject())
+      raiseError(ErrorNumber::ObjectRequired);
+  } catch (...) {
+    // Under Resume Next the body still runs, as natively; its members then
+    // fail one by one.
+    recordOrRethrow(stmt, frame);
+  }
   struct Release {
     Variant &slot;
     ~Release() { slot = Variant(); }

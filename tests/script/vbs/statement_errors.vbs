@@ -8,3 +8,14 @@ Call Len("abc") : WScript.Echo Err.Number : Err.Clear
 Dim x : x = .Count : WScript.Echo Err.Number, Err.Description : Err.Clear
 If False Then x = .Never
 WScript.Echo "compiled", Err.Number
+' With needs an object; under Resume Next its body still runs.
+With 42
+  WScript.Echo "in the body", Err.Number
+  Err.Clear
+  x = .Count
+  WScript.Echo "member", Err.Number
+End With
+Err.Clear
+With CreateObject("No.SuchThing")
+  WScript.Echo "after a failed head", Err.Number
+End With
