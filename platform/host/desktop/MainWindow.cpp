@@ -90,7 +90,12 @@ MainWindow::MainWindow(HostApplication &application, std::shared_ptr<hostapi::IR
   restoreState(readPlace(application_, QStringLiteral("MainWindowState")));
 }
 
-MainWindow::~MainWindow() = default;
+MainWindow::~MainWindow() {
+  // The windows tell the host's model that they are gone while this window
+  // can still hear them.
+  for (QMdiSubWindow *window : WindowArea->subWindowList())
+    delete window;
+}
 
 void MainWindow::buildMenus() {
   const auto add = [this](QMenu *menu, const char *name, const char *text, auto slot) {
