@@ -35,6 +35,11 @@ protected:
                             a[0] = Variant(a[0].toLong() * 2);
                             return Variant(true);
                           }),
+            method<Probe>("FailWith",
+                          [](Probe &, Args &a) -> Variant {
+                            expectArgs(a, 1, 1);
+                            raiseError(int(a[0].toLong()), QStringLiteral("Probe"), QString());
+                          }),
             method<Probe>("Fail",
                           [](Probe &, Args &) -> Variant {
                             raiseError(ErrorNumber::PermissionDenied, QStringLiteral("Probe"),
@@ -270,6 +275,23 @@ TEST_F(ScriptEngineTest, HostErrorsReachErrUnderResumeNext) {
                                   "Probe.Fail\n"
                                   "WScript.Echo Err.Number, Err.Source, Err.Description\n"));
   EXPECT_EQ(output(), QStringList{QStringLiteral("70 Probe The probe refuses")});
+}
+
+// A host's HRESULT reaches the script as the number the native engine
+// gives it, with that number's description.
+TEST_F(ScriptEngineTest, HostHresultsBecomeTheirVBScriptNumbers) {
+  engine().addCode(QStringLiteral("On Error Resume Next\n"
+                                  "For Each h In Array(&H8007000E, &H800A01A8, &H80004001, &H80020003, &H8002000E, "
+                                  "&H80070057, &H80004005)\n"
+                                  "  Probe.FailWith h\n"
+                                  "  WScript.Echo Err.Number, Err.Description\n"
+                                  "  Err.Clear\n"
+                                  "Next\n"));
+  EXPECT_EQ(output(), (QStringList{"7 Out of memory", "424 Object required", "445 Object doesn't support this action",
+                                   "438 Object doesn't support this property or method",
+                                   "450 Wrong number of arguments or invalid property assignment",
+                                   "5 Invalid procedure call or argument",
+                                   "-2147467259 Application-defined or object-defined error"}));
 }
 
 TEST_F(ScriptEngineTest, CreateObjectKnowsDictionaryAndTheHostsListOnly) {

@@ -51,7 +51,7 @@ template <class F> auto Interpreter::guarded(F &&body) -> decltype(body()) {
   } catch (const ScriptStop &) {
     throw;
   } catch (...) {
-    throw ScriptError(pendingError(), 0, 0);
+    throw ScriptError(scriptVisibleError(pendingError()), 0, 0);
   }
 }
 

@@ -106,7 +106,7 @@ void Interpreter::recordOrRethrow(const Stmt &stmt, Frame &frame) {
   } catch (...) {
     // A plain error of the library or a host object, or a compile error of
     // code run from a string: it belongs to this statement.
-    RunError error(pendingError());
+    RunError error(scriptVisibleError(pendingError()));
     error.place(stmt.line, stmt.column);
     if (aborting_ || !frame.resumeNext)
       throw error;

@@ -10,6 +10,13 @@ QString vbErrorDescription(int number) {
   case ScriptErrorNumber::SubNotDefined: return QStringLiteral("Sub or Function not defined");
   case VbError::ForLoopNotInitialized: return QStringLiteral("For loop not initialized");
   case VbError::NotACollection: return QStringLiteral("Object not a collection");
+  case 10: return QStringLiteral("This array is fixed or temporarily locked");
+  case 430: return QStringLiteral("Class doesn't support Automation");
+  case 445: return QStringLiteral("Object doesn't support this action");
+  case 446: return QStringLiteral("Object doesn't support named arguments");
+  case 447: return QStringLiteral("Object doesn't support current locale setting");
+  case 448: return QStringLiteral("Named argument not found");
+  case 449: return QStringLiteral("Argument not optional");
   case VbError::UnsupportedAutomationType:
     return QStringLiteral("Variable uses an Automation type not supported in VBScript");
   case VbError::VariableUndefined: return QStringLiteral("Variable is undefined");
@@ -73,6 +80,54 @@ QString vbErrorDescription(int number) {
   case VbError::RegExpInvalidRange: return QStringLiteral("Invalid range in character set");
   default: return QString();
   }
+}
+
+namespace {
+
+int vbNumberOfHresult(std::uint32_t hresult) {
+  if ((hresult & 0xFFFF0000u) == 0x800A0000u)
+    return int(hresult & 0xFFFFu);
+  switch (hresult) {
+  case 0x8007000Eu: return 7;   // E_OUTOFMEMORY
+  case 0x80070057u: return 5;   // E_INVALIDARG
+  case 0x80070005u: return 70;  // E_ACCESSDENIED
+  case 0x80004001u: return 445; // E_NOTIMPL
+  case 0x80004002u: return 430; // E_NOINTERFACE
+  case 0x80020003u: return 438; // DISP_E_MEMBERNOTFOUND
+  case 0x80020004u: return 448; // DISP_E_PARAMNOTFOUND
+  case 0x80020005u: return 13;  // DISP_E_TYPEMISMATCH
+  case 0x80020006u: return 438; // DISP_E_UNKNOWNNAME
+  case 0x80020007u: return 446; // DISP_E_NONAMEDARGS
+  case 0x80020008u: return 458; // DISP_E_BADVARTYPE
+  case 0x8002000Au: return 6;   // DISP_E_OVERFLOW
+  case 0x8002000Bu: return 9;   // DISP_E_BADINDEX
+  case 0x8002000Cu: return 447; // DISP_E_UNKNOWNLCID
+  case 0x8002000Du: return 10;  // DISP_E_ARRAYISLOCKED
+  case 0x8002000Eu: return 450; // DISP_E_BADPARAMCOUNT
+  case 0x8002000Fu: return 449; // DISP_E_PARAMNOTOPTIONAL
+  case 0x80020011u: return 451; // DISP_E_NOTACOLLECTION
+  case 0x80020012u: return 11;  // DISP_E_DIVBYZERO
+  case 0x80030002u: return 53;  // STG_E_FILENOTFOUND
+  case 0x80030003u: return 76;  // STG_E_PATHNOTFOUND
+  case 0x80030005u: return 70;  // STG_E_ACCESSDENIED
+  case 0x80030008u: return 7;   // STG_E_INSUFFICIENTMEMORY
+  case 0x800401F3u: return 429; // CO_E_CLASSSTRING
+  case 0x80040154u: return 429; // REGDB_E_CLASSNOTREG
+  default: return int(hresult);
+  }
+}
+
+} // namespace
+
+Error scriptVisibleError(const Error &error) {
+  if (error.number() >= 0)
+    return error;
+  const int number = vbNumberOfHresult(std::uint32_t(error.number()));
+  if (number == error.number())
+    return error;
+  // A host that said nothing of its own gave the HRESULT's plain text.
+  const bool ownText = !error.description().isEmpty() && error.description() != standardDescription(error.number());
+  return Error(number, error.source(), ownText ? error.description() : standardDescription(number));
 }
 
 QString standardDescription(int number) {

@@ -82,6 +82,14 @@ QString vbErrorDescription(int number);
 // else the shared table's.
 QString standardDescription(int number);
 
+// A host's error as the native engine shows it to scripts: an HRESULT of
+// VB's own facility (&H800A....) becomes its low word, the system's and
+// automation's common failures (E_OUTOFMEMORY, E_INVALIDARG, E_NOTIMPL,
+// DISP_E_...) become the VB numbers they stand for; other numbers stay.
+// A description the host left empty or plain takes the standard one of the
+// new number.
+Error scriptVisibleError(const Error &error);
+
 // A run-time error on its way through the interpreter: the error as Err
 // sees it (VB's plain description), the thing it concerns, and once known
 // the statement it came from. Where it leaves the engine it becomes a plain
