@@ -243,8 +243,9 @@ void Interpreter::initFixedArrays(const std::vector<std::pair<int, std::vector<s
       total *= std::size_t(std::max(upper + 1, 0));
     }
     checkArraySize(total);
-    VariantArray array(std::move(bounds));
-    array.setFixed(true);
+    // No bounds: Dim a(), an array that ReDim gives its dimensions later.
+    VariantArray array = uppers.empty() ? VariantArray() : VariantArray(std::move(bounds));
+    array.setFixed(!uppers.empty());
     Variant &target = refs ? *refs[slot] : globals_.at(slot).value;
     target = Variant(std::move(array));
   }

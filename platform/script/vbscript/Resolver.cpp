@@ -106,7 +106,8 @@ void Resolver::resolveBlockOfCode(Program &program, const Procedure *enclosing) 
   }
   for (const VarDecl &decl : program.variables) {
     const int p = declareGlobal(decl.name, GlobalEntry::Kind::Variable, decl.line, decl.column);
-    if (decl.isFixedArray())
+    // Dim a() makes an array without dimensions yet: no bounds.
+    if (decl.isFixedArray() || decl.dynamicArray)
       program.fixedArrays.push_back({pending_[std::size_t(p)].index, decl.bounds});
   }
   for (const ConstDecl &decl : program.consts) {
@@ -224,7 +225,7 @@ void Resolver::resolveProcedure(Procedure &p, ClassDef *owner, bool optionExplic
   p.returnSlot = p.returnsValue() ? nextSlot++ : -1;
   for (const VarDecl &decl : p.locals) {
     const int slot = declare(decl.name, decl.line, decl.column);
-    if (decl.isFixedArray())
+    if (decl.isFixedArray() || decl.dynamicArray)
       p.fixedArrays.push_back({slot, decl.bounds});
   }
   for (const ConstDecl &decl : p.consts) {

@@ -63,3 +63,13 @@ Err.Clear
 Dim empty1
 empty1 = Array()
 WScript.Echo "empty array", UBound(empty1), LBound(empty1)
+' Dim a() is an array without dimensions until ReDim gives it some.
+Dim undimensioned()
+WScript.Echo IsArray(undimensioned), TypeName(undimensioned), VarType(undimensioned), IsEmpty(undimensioned)
+On Error Resume Next
+WScript.Echo UBound(undimensioned)
+WScript.Echo "UBound", Err.Number : Err.Clear
+On Error GoTo 0
+ReDim Preserve undimensioned(1)
+undimensioned(1) = "b"
+WScript.Echo UBound(undimensioned), undimensioned(1)
