@@ -1,5 +1,6 @@
 #include "desktop/ListWindow.h"
 
+#include "desktop/DesktopFeedback.h"
 #include "desktop/DesktopText.h"
 #include "desktop/RecordListModel.h"
 #include "desktop/ReportsMenu.h"
@@ -30,31 +31,13 @@
 
 namespace kordel::host::desktop {
 
-namespace {
-
-struct BusyCursor {
-  BusyCursor() { QApplication::setOverrideCursor(Qt::WaitCursor); }
-  ~BusyCursor() { QApplication::restoreOverrideCursor(); }
-};
-
-void tell(const QString &what) {
-  try {
-    throw;
-  } catch (const Error &error) {
-    hostapi::ui().messageBox(QStringLiteral("%1\n\n%2").arg(what, error.description()), hostapi::MsgBox::Exclamation,
-                             QString());
-  } catch (...) {
-    hostapi::ui().messageBox(what, hostapi::MsgBox::Exclamation, QString());
-  }
-}
-
-} // namespace
+namespace {} // namespace
 
 ListWindow::ListWindow(HostApplication &application, ReportActions &actions, const QString &className, QWidget *parent)
     : QWidget(parent), application_(application) {
   setObjectName(QStringLiteral("ListWindow"));
   {
-    BusyCursor busy;
+    WaitCursor busy;
     explorer_ = std::make_shared<nuvo::ExplorerObject>(nuvo::engineOf(ObjectRef(application.database())), className);
   }
   explorer_->setSettings(std::make_shared<SettingsObject>(
@@ -128,11 +111,11 @@ ListWindow::ListWindow(HostApplication &application, ReportActions &actions, con
   connect(GridRecords->horizontalHeader(), &QHeaderView::sortIndicatorChanged, this,
           [this](int column, Qt::SortOrder order) {
             try {
-              BusyCursor busy;
+              WaitCursor busy;
               model_->sort(column, order);
               showCount();
             } catch (...) {
-              tell(desktopText("The list could not be sorted."));
+              tellFailure(desktopText("The list could not be sorted."), windowTitle());
             }
           });
   connect(GridRecords->selectionModel(), &QItemSelectionModel::selectionChanged, this,
@@ -166,7 +149,7 @@ void ListWindow::showCount() {
 
 void ListWindow::CboFilter_Click() {
   try {
-    BusyCursor busy;
+    WaitCursor busy;
     const QString name = CboFilter->currentData().toString();
     std::shared_ptr<hostapi::Filter> filter;
     if (!name.isEmpty())
@@ -175,17 +158,17 @@ void ListWindow::CboFilter_Click() {
     model_->reload();
     showCount();
   } catch (...) {
-    tell(desktopText("The filter could not be applied."));
+    tellFailure(desktopText("The filter could not be applied."), windowTitle());
   }
 }
 
 void ListWindow::TxtSearch_Change() {
   try {
-    BusyCursor busy;
+    WaitCursor busy;
     model_->search(TxtSearch->text().trimmed());
     showCount();
   } catch (...) {
-    tell(desktopText("The list could not be searched."));
+    tellFailure(desktopText("The list could not be searched."), windowTitle());
   }
 }
 
@@ -197,7 +180,7 @@ void ListWindow::GridRecords_SelectionChanged() {
     explorer_->select(ids);
     showCount();
   } catch (...) {
-    tell(desktopText("The selection could not be read."));
+    tellFailure(desktopText("The selection could not be read."), windowTitle());
   }
 }
 

@@ -1,6 +1,7 @@
 #include "desktop/MainWindow.h"
 
 #include "desktop/AboutDialog.h"
+#include "desktop/DesktopFeedback.h"
 #include "desktop/DesktopSettings.h"
 #include "desktop/DesktopText.h"
 #include "desktop/ListWindow.h"
@@ -38,20 +39,6 @@ namespace kordel::host::desktop {
 namespace {
 
 constexpr int kClassName = Qt::UserRole;
-
-void tell(const QString &what) {
-  try {
-    throw;
-  } catch (const Error &error) {
-    hostapi::ui().messageBox(QStringLiteral("%1\n\n%2").arg(what, error.description()), hostapi::MsgBox::Exclamation,
-                             QStringLiteral("Orvex"));
-  } catch (const std::exception &error) {
-    hostapi::ui().messageBox(QStringLiteral("%1\n\n%2").arg(what, QString::fromLocal8Bit(error.what())),
-                             hostapi::MsgBox::Exclamation, QStringLiteral("Orvex"));
-  } catch (...) {
-    hostapi::ui().messageBox(what, hostapi::MsgBox::Exclamation, QStringLiteral("Orvex"));
-  }
-}
 
 } // namespace
 
@@ -103,7 +90,7 @@ void MainWindow::buildMenus() {
       try {
         (this->*slot)();
       } catch (...) {
-        tell(desktopText("The command did not succeed."));
+        tellFailure(desktopText("The command did not succeed."), QStringLiteral("Orvex"));
       }
     });
     action->setObjectName(QString::fromLatin1(name));
@@ -203,7 +190,7 @@ ListWindow *MainWindow::OpenList(const QString &className) {
     addWindow(list, QStringLiteral("List.") + name);
     return list;
   } catch (...) {
-    tell(desktopText("The list could not be opened."));
+    tellFailure(desktopText("The list could not be opened."), QStringLiteral("Orvex"));
     return nullptr;
   }
 }
@@ -225,7 +212,7 @@ RecordWindow *MainWindow::OpenRecord(const QString &className, int id) {
     addWindow(record, QStringLiteral("Record"));
     return record;
   } catch (...) {
-    tell(desktopText("The record could not be opened."));
+    tellFailure(desktopText("The record could not be opened."), QStringLiteral("Orvex"));
     return nullptr;
   }
 }
@@ -289,10 +276,7 @@ void MainWindow::MnuFileOpen_Click() {
 
 void MainWindow::OpenDatabase(const QString &location) {
   try {
-    QApplication::setOverrideCursor(Qt::WaitCursor);
-    struct Restore {
-      ~Restore() { QApplication::restoreOverrideCursor(); }
-    } restore;
+    WaitCursor busy;
     WindowArea->closeAllSubWindows();
     cli::openDatabase(application_, location, nuvo::OpenMode::ReadWrite);
     databaseLocation_ = location;
@@ -300,7 +284,7 @@ void MainWindow::OpenDatabase(const QString &location) {
     fillNavigator();
     showDatabase();
   } catch (...) {
-    tell(desktopText("The database could not be opened."));
+    tellFailure(desktopText("The database could not be opened."), QStringLiteral("Orvex"));
   }
 }
 
@@ -310,7 +294,7 @@ void MainWindow::ChooseLanguage(const QString &language) {
     hostapi::ui().messageBox(desktopText("The language changes when Orvex starts again."), hostapi::MsgBox::Information,
                              QStringLiteral("Orvex"));
   } catch (...) {
-    tell(desktopText("The language could not be kept."));
+    tellFailure(desktopText("The language could not be kept."), QStringLiteral("Orvex"));
   }
 }
 

@@ -1,5 +1,6 @@
 #include "desktop/ReportActions.h"
 
+#include "desktop/DesktopFeedback.h"
 #include "desktop/DesktopText.h"
 
 #include "host/HostApplication.h"
@@ -25,13 +26,6 @@ namespace kordel::host::desktop {
 
 namespace {
 
-// The wait cursor while the report objects work; their dialogs set their
-// own.
-struct BusyCursor {
-  BusyCursor() { QApplication::setOverrideCursor(Qt::WaitCursor); }
-  ~BusyCursor() { QApplication::restoreOverrideCursor(); }
-};
-
 QString documentFilter() { return desktopText("Report documents (*.xml)|*.xml|All files (*)|*"); }
 
 } // namespace
@@ -51,18 +45,6 @@ QList<ReportEntry> ReportActions::reportsOf(const hostapi::Class *cls) const {
   std::sort(reports.begin(), reports.end(),
             [](const ReportEntry &a, const ReportEntry &b) { return QString::localeAwareCompare(a.name, b.name) < 0; });
   return reports;
-}
-
-void ReportActions::showError(const QString &action) const {
-  try {
-    throw;
-  } catch (const Error &error) {
-    hostapi::ui().messageBox(QStringLiteral("%1\n\n%2").arg(action, error.description()), hostapi::MsgBox::Exclamation,
-                             desktopText("Reports"));
-  } catch (const std::exception &error) {
-    hostapi::ui().messageBox(QStringLiteral("%1\n\n%2").arg(action, QString::fromLocal8Bit(error.what())),
-                             hostapi::MsgBox::Exclamation, desktopText("Reports"));
-  }
 }
 
 std::shared_ptr<hostapi::ReportContext> ReportActions::previewContext(const ReportScope &scope) const {
@@ -93,7 +75,7 @@ void ReportActions::print(const ReportEntry &entry, const ReportScope &scope) {
     }
     report->IReport_PrintOut(true, context);
   } catch (...) {
-    showError(desktopText("The report could not be printed."));
+    tellFailure(desktopText("The report could not be printed."), desktopText("Reports"));
   }
 }
 
@@ -103,7 +85,7 @@ void ReportActions::preview(const ReportEntry &entry, const ReportScope &scope) 
     const auto context = previewContext(scope);
     report->IReport_PrintPreview(ObjectRef(context));
   } catch (...) {
-    showError(desktopText("The report could not be previewed."));
+    tellFailure(desktopText("The report could not be previewed."), desktopText("Reports"));
   }
 }
 
@@ -115,7 +97,7 @@ void ReportActions::design(const ReportEntry &entry, const ReportScope &scope) {
     if (!cancel)
       catalog_.store(*report);
   } catch (...) {
-    showError(desktopText("The report could not be designed."));
+    tellFailure(desktopText("The report could not be designed."), desktopText("Reports"));
   }
 }
 
@@ -136,7 +118,7 @@ bool ReportActions::newReport(const std::shared_ptr<hostapi::Class> &cls) {
     catalog_.store(*report);
     return true;
   } catch (...) {
-    showError(desktopText("The new report could not be made."));
+    tellFailure(desktopText("The new report could not be made."), desktopText("Reports"));
     return false;
   }
 }
@@ -150,7 +132,7 @@ bool ReportActions::rename(const ReportEntry &entry) {
     catalog_.rename(entry, *name);
     return true;
   } catch (...) {
-    showError(desktopText("The report could not be renamed."));
+    tellFailure(desktopText("The report could not be renamed."), desktopText("Reports"));
     return false;
   }
 }
@@ -166,7 +148,7 @@ bool ReportActions::remove(const ReportEntry &entry) {
     catalog_.remove(entry);
     return true;
   } catch (...) {
-    showError(desktopText("The report could not be deleted."));
+    tellFailure(desktopText("The report could not be deleted."), desktopText("Reports"));
     return false;
   }
 }
@@ -180,11 +162,11 @@ bool ReportActions::importDocument() {
     const QString path = hostapi::ui().openFile(request);
     if (path.isEmpty())
       return false;
-    BusyCursor busy;
+    WaitCursor busy;
     catalog_.importDocument(path, QString());
     return true;
   } catch (...) {
-    showError(desktopText("The document could not be imported."));
+    tellFailure(desktopText("The document could not be imported."), desktopText("Reports"));
     return false;
   }
 }
@@ -199,10 +181,10 @@ void ReportActions::exportDocument(const ReportEntry &entry) {
     const QString path = hostapi::ui().saveFile(request);
     if (path.isEmpty())
       return;
-    BusyCursor busy;
+    WaitCursor busy;
     catalog_.exportDocument(entry.name, path);
   } catch (...) {
-    showError(desktopText("The document could not be exported."));
+    tellFailure(desktopText("The document could not be exported."), desktopText("Reports"));
   }
 }
 

@@ -63,7 +63,6 @@ private:
   // The host context of a preview: the selection or all listed rows as a
   // pool, or the record window's record.
   std::shared_ptr<hostapi::ReportContext> previewContext(const ReportScope &scope) const;
-  void showError(const QString &action) const;
 
   HostApplication &application_;
   std::shared_ptr<hostapi::IReportFactory> factory_;

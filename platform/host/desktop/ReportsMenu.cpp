@@ -12,48 +12,55 @@ ReportsMenu::ReportsMenu(ReportActions &actions, std::function<ReportScope()> sc
   connect(this, &QMenu::aboutToShow, this, [this] { Fill(); });
 }
 
+QAction *addReportCommand(QMenu &menu, const char *name, const char *text, std::function<void()> run) {
+  QAction *action = menu.addAction(desktopText(text), &menu, [run = std::move(run)] {
+    try {
+      run();
+    } catch (...) {
+      // The actions tell the user of their failures themselves.
+    }
+  });
+  action->setObjectName(QString::fromLatin1(name));
+  return action;
+}
+
+void addReportCommands(QMenu &menu, ReportActions &actions, const ReportEntry &entry,
+                       std::function<ReportScope()> scope, std::function<void()> changed) {
+  addReportCommand(menu, "MnuReportPrint", QT_TRANSLATE_NOOP("Desktop", "&Print..."),
+                   [&actions, entry, scope] { actions.print(entry, scope()); });
+  addReportCommand(menu, "MnuReportPreview", QT_TRANSLATE_NOOP("Desktop", "Pre&view"),
+                   [&actions, entry, scope] { actions.preview(entry, scope()); });
+  addReportCommand(menu, "MnuReportDesign", QT_TRANSLATE_NOOP("Desktop", "&Design"),
+                   [&actions, entry, scope] { actions.design(entry, scope()); });
+  menu.addSeparator();
+  addReportCommand(menu, "MnuReportRename", QT_TRANSLATE_NOOP("Desktop", "Re&name..."), [&actions, entry, changed] {
+    if (actions.rename(entry))
+      changed();
+  });
+  addReportCommand(menu, "MnuReportDelete", QT_TRANSLATE_NOOP("Desktop", "De&lete"), [&actions, entry, changed] {
+    if (actions.remove(entry))
+      changed();
+  });
+  addReportCommand(menu, "MnuReportExport", QT_TRANSLATE_NOOP("Desktop", "&Export document..."),
+                   [&actions, entry] { actions.exportDocument(entry); });
+}
+
 void ReportsMenu::Fill() {
   clear();
   try {
     const ReportScope scope = scope_();
-    const auto add = [this](QMenu &menu, const char *name, const char *text, std::function<void()> run) {
-      QAction *action = menu.addAction(desktopText(text), this, [run = std::move(run)] {
-        // Nothing may escape into the event loop.
-        try {
-          run();
-        } catch (...) {
-        }
-      });
-      action->setObjectName(QString::fromLatin1(name));
-    };
     for (const ReportEntry &entry : actions_.reportsOf(scope.reportClass.get())) {
       QMenu *report = addMenu(QString(entry.name).replace(u'&', QStringLiteral("&&")));
       report->setObjectName(QStringLiteral("MnuReport"));
-      add(*report, "MnuReportPrint", QT_TRANSLATE_NOOP("Desktop", "&Print..."),
-          [this, entry] { actions_.print(entry, scope_()); });
-      add(*report, "MnuReportPreview", QT_TRANSLATE_NOOP("Desktop", "Pre&view"),
-          [this, entry] { actions_.preview(entry, scope_()); });
-      add(*report, "MnuReportDesign", QT_TRANSLATE_NOOP("Desktop", "&Design"),
-          [this, entry] { actions_.design(entry, scope_()); });
-      report->addSeparator();
-      add(*report, "MnuReportRename", QT_TRANSLATE_NOOP("Desktop", "Re&name..."), [this, entry] {
-        if (actions_.rename(entry))
-          emit changed();
-      });
-      add(*report, "MnuReportDelete", QT_TRANSLATE_NOOP("Desktop", "De&lete"), [this, entry] {
-        if (actions_.remove(entry))
-          emit changed();
-      });
-      add(*report, "MnuReportExport", QT_TRANSLATE_NOOP("Desktop", "&Export document..."),
-          [this, entry] { actions_.exportDocument(entry); });
+      addReportCommands(*report, actions_, entry, scope_, [this] { emit changed(); });
     }
     if (!actions().isEmpty())
       addSeparator();
-    add(*this, "MnuReportNew", QT_TRANSLATE_NOOP("Desktop", "&New report..."), [this] {
+    addReportCommand(*this, "MnuReportNew", QT_TRANSLATE_NOOP("Desktop", "&New report..."), [this] {
       if (actions_.newReport(scope_().reportClass))
         emit changed();
     });
-    add(*this, "MnuReportImport", QT_TRANSLATE_NOOP("Desktop", "&Import document..."), [this] {
+    addReportCommand(*this, "MnuReportImport", QT_TRANSLATE_NOOP("Desktop", "&Import document..."), [this] {
       if (actions_.importDocument())
         emit changed();
     });

@@ -1,6 +1,7 @@
 #include "desktop/ReportsOverview.h"
 
 #include "desktop/DesktopText.h"
+#include "desktop/ReportsMenu.h"
 
 #include "host/HostApplication.h"
 
@@ -65,39 +66,13 @@ void ReportsOverview::Fill() {
 }
 
 void ReportsOverview::FillMenu(QMenu &menu) {
-  const QTreeWidgetItem *current = LvwReports->currentItem();
-  const auto add = [&](const char *name, const char *text, std::function<void()> run) {
-    QAction *action = menu.addAction(desktopText(text), this, [run = std::move(run)] {
-      try {
-        run();
-      } catch (...) {
-      }
-    });
-    action->setObjectName(QString::fromLatin1(name));
-    return action;
-  };
-  if (current) {
+  if (const QTreeWidgetItem *current = LvwReports->currentItem()) {
     const ReportEntry entry = entries_.value(current->data(0, kEntryIndex).toInt());
-    add("MnuReportPrint", QT_TRANSLATE_NOOP("Desktop", "&Print..."),
-        [this, entry] { actions_.print(entry, scopeFor_(entry)); });
-    add("MnuReportPreview", QT_TRANSLATE_NOOP("Desktop", "Pre&view"),
-        [this, entry] { actions_.preview(entry, scopeFor_(entry)); });
-    add("MnuReportDesign", QT_TRANSLATE_NOOP("Desktop", "&Design"),
-        [this, entry] { actions_.design(entry, scopeFor_(entry)); });
-    menu.addSeparator();
-    add("MnuReportRename", QT_TRANSLATE_NOOP("Desktop", "Re&name..."), [this, entry] {
-      if (actions_.rename(entry))
-        Fill();
-    });
-    add("MnuReportDelete", QT_TRANSLATE_NOOP("Desktop", "De&lete"), [this, entry] {
-      if (actions_.remove(entry))
-        Fill();
-    });
-    add("MnuReportExport", QT_TRANSLATE_NOOP("Desktop", "&Export document..."),
-        [this, entry] { actions_.exportDocument(entry); });
+    addReportCommands(
+        menu, actions_, entry, [this, entry] { return scopeFor_(entry); }, [this] { Fill(); });
     menu.addSeparator();
   }
-  add("MnuReportImport", QT_TRANSLATE_NOOP("Desktop", "&Import document..."), [this] {
+  addReportCommand(menu, "MnuReportImport", QT_TRANSLATE_NOOP("Desktop", "&Import document..."), [this] {
     if (actions_.importDocument())
       Fill();
   });
