@@ -205,11 +205,19 @@ TEST_F(ScriptEngineTest, EvaluateSeesGlobalsNamedItemsAndLaterChanges) {
 }
 
 TEST_F(ScriptEngineTest, SyntaxErrorsNameLineColumnAndWhatWasExpected) {
-  ScriptError missingEnd = errorOf(QStringLiteral("Sub Good()\nEnd Sub\nIf x Then\n  y = 1\n"));
+  ScriptError missingEnd = errorOf(QStringLiteral("Sub Good()\nEnd Sub\nWith x\n  y = 1\n"));
   EXPECT_TRUE(missingEnd.isCompileError());
   EXPECT_EQ(missingEnd.number(), 1014);
   EXPECT_EQ(missingEnd.description(), QStringLiteral("Expected 'End'"));
   EXPECT_EQ(missingEnd.line(), 5);
+
+  // An If never closed is named where it opens, however far the text goes on.
+  ScriptError openIf = errorOf(QStringLiteral("x = 1\nIf x Then :\n  y = 1\nIf y Then y = 2\n"));
+  EXPECT_EQ(openIf.number(), 1014);
+  EXPECT_EQ(openIf.line(), 2);
+  ScriptError ifInSub = errorOf(QStringLiteral("Sub A()\n  If 1 Then\n  x = 1\nEnd Sub\n"));
+  EXPECT_EQ(ifInSub.number(), 1014);
+  EXPECT_EQ(ifInSub.line(), 2);
 
   ScriptError paren = errorOf(QStringLiteral("x = 1\ny = (2 + 3\n"));
   EXPECT_EQ(paren.number(), 1006);
@@ -222,8 +230,8 @@ TEST_F(ScriptEngineTest, SyntaxErrorsNameLineColumnAndWhatWasExpected) {
   EXPECT_EQ(then.line(), 1);
   EXPECT_EQ(then.column(), 9);
 
-  ScriptError wrongEnd = errorOf(QStringLiteral("Sub A()\n  If 1 Then\n  End Sub\n"));
-  EXPECT_EQ(wrongEnd.description(), QStringLiteral("Expected 'If'"));
+  ScriptError wrongEnd = errorOf(QStringLiteral("Sub A()\n  With Me\n  End Sub\n"));
+  EXPECT_EQ(wrongEnd.description(), QStringLiteral("Expected 'With'"));
   EXPECT_EQ(wrongEnd.line(), 3);
 
   ScriptError string = errorOf(QStringLiteral("s = \"open\n"));

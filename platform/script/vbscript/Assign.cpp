@@ -49,13 +49,34 @@ bool Interpreter::bindLate(NameExpr &name, Frame &frame, bool forWrite) {
   if (name.implicitSlot >= 0) {
     name.binding = Binding::Local;
     name.index = name.implicitSlot;
+    name.undeclared = true;
     return true;
   }
   if (!forWrite)
     return false;
   name.binding = Binding::Global;
   name.index = globals_.add(name.name, GlobalEntry::Kind::Variable);
+  globals_.at(name.index).undeclared = true;
   return true;
+}
+
+// A call of a name that nothing declares and that holds no value calls no
+// procedure: natively a type mismatch that names it. Reading such a name
+// gives Empty instead.
+void Interpreter::checkUndeclaredCall(NameExpr &name, Frame &frame) {
+  if (name.binding == Binding::Unresolved && !bindLate(name, frame, false))
+    raiseNamedError(ErrorNumber::TypeMismatch, name.name);
+  bool undeclared = name.undeclared;
+  const Variant *value = nullptr;
+  if (name.binding == Binding::Local) {
+    value = frame.refs[name.index];
+  } else if (name.binding == Binding::Global) {
+    const GlobalEntry &entry = globals_.at(name.index);
+    undeclared = entry.kind == GlobalEntry::Kind::Variable && entry.undeclared;
+    value = &entry.value;
+  }
+  if (undeclared && value->isEmpty())
+    raiseNamedError(ErrorNumber::TypeMismatch, name.name);
 }
 
 void Interpreter::subscripts(std::vector<ExprPtr> &args, Frame &frame, std::int32_t *out) {

@@ -60,6 +60,7 @@ struct NameExpr : Expr {
   int index = -1;              // slot, global entry, field, member or named item
   int implicitSlot = -1;       // for an unresolved name in a procedure: its slot if no global turns up
   bool optionExplicit = false; // an unresolved name that finds nothing raises 500
+  bool undeclared = false;     // bound to a local variable that nothing declares
   const BuiltinDef *builtin = nullptr;
   Variant constant;
 };

@@ -2,6 +2,7 @@
 // those of core's Variant, which raise VB's errors.
 
 #include "core/Error.h"
+#include "core/Object.h"
 #include "script/vbscript/Builtins.h"
 
 namespace kordel::script::vb {
@@ -48,7 +49,21 @@ Variant fnOct(BuiltinArgs &a) { return a[0].isNull() ? Variant::null() : Variant
 
 Variant fnIsEmpty(BuiltinArgs &a) { return Variant(a[0].isEmpty()); }
 Variant fnIsNull(BuiltinArgs &a) { return Variant(a[0].isNull()); }
-Variant fnIsNumeric(BuiltinArgs &a) { return Variant(a[0].isNumeric()); }
+// An object is numeric when its default value is; Nothing and an object
+// without a default member are not.
+Variant fnIsNumeric(BuiltinArgs &a) {
+  if (!a[0].isObject())
+    return Variant(a[0].isNumeric());
+  if (!a[0].rawObject())
+    return Variant(false);
+  try {
+    return Variant(plainValue(a[0]).isNumeric());
+  } catch (const Error &error) {
+    if (error.number() != ErrorNumber::NoSuchMember)
+      throw;
+    return Variant(false);
+  }
+}
 Variant fnIsDate(BuiltinArgs &a) { return Variant(a[0].isDate()); }
 Variant fnIsObject(BuiltinArgs &a) { return Variant(a[0].isObject()); }
 Variant fnIsArray(BuiltinArgs &a) { return Variant(a[0].isArray()); }

@@ -246,10 +246,19 @@ Variant fnDatePart(BuiltinArgs &a) {
   return Variant(std::int16_t(part));
 }
 
+// A date outside the years 100 to 9999 is an invalid argument here, not the
+// overflow of a conversion: the parts themselves were fine Integers.
 Variant fnDateSerial(BuiltinArgs &a) {
   for (int i = 0; i < 3; ++i)
     requireNotNull(a[i]);
-  return Variant(dateFromParts(a[0].toInteger(), a[1].toInteger(), a[2].toInteger()));
+  const std::int16_t year = a[0].toInteger(), month = a[1].toInteger(), day = a[2].toInteger();
+  try {
+    return Variant(dateFromParts(year, month, day));
+  } catch (const Error &error) {
+    if (error.number() != ErrorNumber::Overflow)
+      throw;
+    raiseError(ErrorNumber::InvalidCall);
+  }
 }
 
 Variant fnTimeSerial(BuiltinArgs &a) {

@@ -21,8 +21,10 @@ void ErrObject::record(const Error &error) {
   number_ = error.number();
   description_ = error.description();
   source_ = error.source().isEmpty() ? runtimeErrorSource() : error.source();
-  helpFile_.clear();
-  helpContext_ = 0;
+  const bool raised = raisedNumber_ != 0 && raisedNumber_ == number_;
+  helpFile_ = raised ? raisedHelpFile_ : QString();
+  helpContext_ = raised ? raisedHelpContext_ : 0;
+  raisedNumber_ = 0;
 }
 
 void ErrObject::clear() {
@@ -31,14 +33,24 @@ void ErrObject::clear() {
   source_.clear();
   helpFile_.clear();
   helpContext_ = 0;
+  raisedNumber_ = 0;
 }
 
-void ErrObject::raise(const Variant &number, const Variant &source, const Variant &description) {
-  const int code = number.toLong();
+void ErrObject::raise(const Args &args) {
+  expectArgs(args, 1, 5);
+  const int code = args[0].toLong();
   if (code == 0)
     raiseError(ErrorNumber::InvalidCall);
-  const QString text = description.isEmpty() ? descriptionFor(code) : description.toString();
-  const QString from = source.isEmpty() ? runtimeErrorSource() : source.toString();
+  auto given = [&args](std::size_t i) { return i < args.size() && !args[i].isEmpty(); };
+  QString text = given(2) ? args[2].toString() : description_;
+  if (text.isEmpty())
+    text = descriptionFor(code);
+  QString from = given(1) ? args[1].toString() : source_;
+  if (from.isEmpty())
+    from = runtimeErrorSource();
+  raisedNumber_ = code;
+  raisedHelpFile_ = given(3) ? args[3].toString() : helpFile_;
+  raisedHelpContext_ = given(4) ? args[4].toLong() : helpContext_;
   throw Error(code, from, text);
 }
 
@@ -64,11 +76,7 @@ const MemberTable &ErrObject::memberTable() const {
                                                          e.clear();
                                                          return Variant();
                                                        }),
-                                     method<ErrObject>("Raise",
-                                                       [](ErrObject &e, Args &a) -> Variant {
-                                                         expectArgs(a, 1, 5);
-                                                         e.raise(a[0], arg(a, 1), arg(a, 2));
-                                                       }),
+                                     method<ErrObject>("Raise", [](ErrObject &e, Args &a) -> Variant { e.raise(a); }),
                                  },
                                  nullptr,
                                  QStringLiteral("Number")};

@@ -18,9 +18,10 @@ public:
   // Fills the properties from a caught error.
   void record(const Error &error);
   void clear();
-  // Err.Raise: throws the error described; a missing description or source
+  // Err.Raise: throws the error described. An argument left out keeps the
+  // value Err already holds; a description or source that is still empty
   // comes from the error table and the language.
-  [[noreturn]] void raise(const Variant &number, const Variant &source, const Variant &description);
+  [[noreturn]] void raise(const Args &args);
 
 protected:
   const MemberTable &memberTable() const override;
@@ -31,6 +32,11 @@ private:
   QString source_;
   QString helpFile_;
   int helpContext_ = 0;
+  // The help of the error Raise threw, which record() gives to Err when it
+  // catches that error: the error itself carries no help.
+  int raisedNumber_ = 0;
+  QString raisedHelpFile_;
+  int raisedHelpContext_ = 0;
 };
 
 } // namespace kordel::script::vb

@@ -137,6 +137,8 @@ Variant Interpreter::globalValue(int index, std::vector<ExprPtr> *args, NameExpr
   case GlobalEntry::Kind::NamedItem:
     if (!args)
       return entry.value;
+    if (entry.undeclared && entry.value.isEmpty())
+      raiseNamedError(ErrorNumber::TypeMismatch, name.name);
     return callValue(entry.value, args, frame);
   case GlobalEntry::Kind::Procedure: return invoke(*entry.procedure, nullptr, args, frame);
   case GlobalEntry::Kind::Class: break;
@@ -153,7 +155,10 @@ Variant Interpreter::evalCall(CallExpr &call, Frame &frame) {
 
   auto &name = static_cast<NameExpr &>(callee);
   switch (name.binding) {
-  case Binding::Local: return callValue(*frame.refs[name.index], &call.args, frame);
+  case Binding::Local:
+    if (name.undeclared)
+      checkUndeclaredCall(name, frame);
+    return callValue(*frame.refs[name.index], &call.args, frame);
   case Binding::Field: return callValue(frame.me->fields()[std::size_t(name.index)], &call.args, frame);
   case Binding::Constant: return callValue(name.constant, &call.args, frame);
   case Binding::Global: return globalValue(name.index, &call.args, name, frame);

@@ -138,11 +138,13 @@ Flow Interpreter::exec(Stmt &stmt, Frame &frame) {
     return Flow::Normal;
   }
   case StmtKind::Call: {
-    const Expr &call = *static_cast<CallStmt &>(stmt).call;
+    Expr &call = *static_cast<CallStmt &>(stmt).call;
     if (isConversionCall(call))
       raiseError(VbError::UnsupportedAutomationType, runtimeErrorSource(),
                  standardDescription(VbError::UnsupportedAutomationType));
-    eval(*static_cast<CallStmt &>(stmt).call, frame);
+    if (call.kind == ExprKind::Name)
+      checkUndeclaredCall(static_cast<NameExpr &>(call), frame);
+    eval(call, frame);
     return Flow::Normal;
   }
   case StmtKind::ReDim: execReDim(static_cast<ReDimStmt &>(stmt), frame); return Flow::Normal;
@@ -180,7 +182,10 @@ Flow Interpreter::execSelect(SelectStmt &stmt, Frame &frame) {
   try {
     subject = eval(*stmt.subject, frame);
   } catch (...) {
+    // Under Resume Next the statement after the failing head is the first
+    // of the first clause, as natively.
     recordOrRethrow(stmt, frame);
+    return execBlock(stmt.cases.empty() ? stmt.elseBody : stmt.cases.front().body, frame);
   }
   for (SelectStmt::Case &item : stmt.cases) {
     for (ExprPtr &value : item.values) {
@@ -192,16 +197,32 @@ Flow Interpreter::execSelect(SelectStmt &stmt, Frame &frame) {
   return execBlock(stmt.elseBody, frame);
 }
 
+// The body of a loop whose head failed under Resume Next: the statement
+// after the head is the first of the body, and the Next that ends the body
+// finds no loop to go on with.
+Flow Interpreter::loopBodyOnce(const Block &body, Frame &frame) {
+  const Flow flow = execBlock(body, frame);
+  return flow == Flow::ExitFor ? Flow::Normal : flow;
+}
+
 Flow Interpreter::execFor(ForStmt &stmt, Frame &frame) {
-  const Variant start = numericStart(eval(*stmt.start, frame));
-  const Variant end = eval(*stmt.end, frame);
-  const Variant step = stmt.step ? eval(*stmt.step, frame) : Variant(std::int16_t(1));
-  const bool falling = step.toDouble() < 0.0;
-  end.toDouble(); // a bound that is no number fails here, before the first turn
-  Variant *counter = variable(*stmt.counter, frame, true);
-  if (!counter)
-    raiseIllegalAssignment(stmt.counter->name);
-  *counter = start;
+  Variant end, step;
+  Variant *counter = nullptr;
+  bool falling = false;
+  try {
+    const Variant start = numericStart(eval(*stmt.start, frame));
+    end = eval(*stmt.end, frame);
+    step = stmt.step ? eval(*stmt.step, frame) : Variant(std::int16_t(1));
+    falling = step.toDouble() < 0.0;
+    end.toDouble(); // a bound that is no number fails here, before the first turn
+    counter = variable(*stmt.counter, frame, true);
+    if (!counter)
+      raiseIllegalAssignment(stmt.counter->name);
+    *counter = start;
+  } catch (...) {
+    recordOrRethrow(stmt, frame);
+    return loopBodyOnce(stmt.body, frame);
+  }
   while (true) {
     tick();
     if (pastEnd(*counter, end, falling))
@@ -216,10 +237,20 @@ Flow Interpreter::execFor(ForStmt &stmt, Frame &frame) {
 }
 
 Flow Interpreter::execForEach(ForEachStmt &stmt, Frame &frame) {
-  const Variant collection = eval(*stmt.collection, frame);
-  Variant *element = variable(*stmt.element, frame, true);
-  if (!element)
-    raiseIllegalAssignment(stmt.element->name);
+  Variant collection;
+  Variant *element = nullptr;
+  std::unique_ptr<Enumerator> enumerator;
+  try {
+    collection = eval(*stmt.collection, frame);
+    element = variable(*stmt.element, frame, true);
+    if (!element)
+      raiseIllegalAssignment(stmt.element->name);
+    if (!collection.isArray())
+      enumerator = enumeratorOf(collection);
+  } catch (...) {
+    recordOrRethrow(stmt, frame);
+    return loopBodyOnce(stmt.body, frame);
+  }
   if (collection.isArray()) {
     // The loop walks the array as it was at the start; the collection
     // variable shares its elements, so changes in the loop do not move them.
@@ -232,7 +263,6 @@ Flow Interpreter::execForEach(ForEachStmt &stmt, Frame &frame) {
       return true;
     });
   }
-  const std::unique_ptr<Enumerator> enumerator = enumeratorOf(collection);
   return forEachTurns(stmt, *element, frame, [&enumerator](Variant &value) { return enumerator->next(value); });
 }
 

@@ -23,6 +23,7 @@ struct GlobalEntry {
   std::shared_ptr<Procedure> procedure; // Sub or Function
   std::shared_ptr<ClassDef> classDef;
   bool globalMembers = false; // a named item whose members are reachable by their own names
+  bool undeclared = false;    // a variable that its use made, with no Dim
 };
 
 // The global names of an engine: named items, variables, constants,

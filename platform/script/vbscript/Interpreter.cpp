@@ -37,9 +37,10 @@
 // own frame. At the engine's edge it becomes a ScriptError. That is how
 // "On Error Resume Next" in a caller catches an error raised deep in a
 // callee that has no handler, continuing after the call. An error in the
-// condition of If, ElseIf, While or Do While under Resume Next continues
-// with the statement that follows it, which is the first statement of the
-// block, as VBScript does.
+// condition of If, ElseIf, While or Do While, or in the head of For, For
+// Each, Select Case or With, under Resume Next continues with the statement
+// that follows it, which is the first statement of the block (of a loop:
+// the body runs once; of Select Case: the first clause), as VBScript does.
 //
 // Budget. Each entry from the host (addCode, call, evaluate, a member call
 // on a script object) starts the clock; statements and loop turns count as

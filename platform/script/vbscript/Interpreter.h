@@ -114,6 +114,7 @@ private:
   void recordOrRethrow(const Stmt &stmt, Frame &frame);
   Flow execIf(IfStmt &stmt, Frame &frame);
   Flow execSelect(SelectStmt &stmt, Frame &frame);
+  Flow loopBodyOnce(const Block &body, Frame &frame);
   Flow execFor(ForStmt &stmt, Frame &frame);
   Flow execForEach(ForEachStmt &stmt, Frame &frame);
   Flow forEachTurns(ForEachStmt &stmt, Variant &element, Frame &frame, const std::function<bool(Variant &)> &next);
@@ -150,6 +151,7 @@ private:
   // variables and assignment (Assign.cpp)
   Variant *variable(NameExpr &name, Frame &frame, bool forWrite);
   bool bindLate(NameExpr &name, Frame &frame, bool forWrite);
+  void checkUndeclaredCall(NameExpr &name, Frame &frame);
   // The assignments move the value into place.
   void assign(Expr &target, Variant &&value, bool isSet, Frame &frame);
   void assignName(NameExpr &name, Variant &&value, bool isSet, Frame &frame);

@@ -4,6 +4,7 @@
 #include "script/vbscript/VbErrors.h"
 
 #include <functional>
+#include <utility>
 
 namespace kordel::script::vb {
 
@@ -84,7 +85,13 @@ private:
     while (at(Tok::Newline))
       take();
   }
-  bool atEndOfStatement() const { return atSeparator() || at(Tok::End) || (singleLineIf_ > 0 && at(Tok::KwElse)); }
+  // Besides a line end or a colon, a statement ends before the Else or End If
+  // of a one-line If, and before the End Sub or End Function of its
+  // procedure: "x = 1 End Sub" is a line natively.
+  bool atEndOfStatement() const {
+    return atSeparator() || at(Tok::End) || (singleLineIf_ > 0 && (at(Tok::KwElse) || atEnd(Tok::KwIf))) ||
+           (procedure_ && (atEnd(Tok::KwSub) || atEnd(Tok::KwFunction)));
+  }
   void endOfStatement() {
     if (!atEndOfStatement())
       fail(VbError::ExpectedEndOfStatement);
@@ -276,6 +283,8 @@ private:
 
     Procedure *outer = procedure_;
     procedure_ = proc.get();
+    // A procedure inside a loop of global code is not in that loop.
+    const int outerDo = std::exchange(doDepth_, 0), outerFor = std::exchange(forDepth_, 0);
     const int closing = proc->kind == ProcKind::Sub        ? VbError::ExpectedSub
                         : proc->kind == ProcKind::Function ? VbError::ExpectedFunction
                                                            : VbError::ExpectedProperty;
@@ -295,6 +304,8 @@ private:
     take();
     endOfStatement();
     procedure_ = outer;
+    doDepth_ = outerDo;
+    forDepth_ = outerFor;
 
     if (owner)
       owner->procedures.push_back(std::move(proc));
@@ -351,18 +362,26 @@ private:
   // Statements until isEnd() holds at the start of one. Reaching the end of
   // the text, or a closing word that belongs to no open block, raises
   // missingError ("Expected 'End'", "Expected 'Next'" ...); an "End" with
-  // the wrong word after it raises wrongEndError at that word.
-  void block(Block &into, int missingError, int wrongEndError, const std::function<bool()> &isEnd) {
+  // the wrong word after it raises wrongEndError at that word. A block of
+  // an If that is never closed raises "Expected 'End'" at the If instead:
+  // where the text ends or a procedure closes can be far from the If that
+  // lacks its End If ("If x Then :" opens a block).
+  void block(Block &into, int missingError, int wrongEndError, const std::function<bool()> &isEnd,
+             const Token *openingIf = nullptr) {
     NestingGuard guard(*this);
     while (true) {
       skipSeparators();
       if (isEnd())
         return;
-      if (at(Tok::KwEnd) && peek(1).kind != Tok::Newline && peek(1).kind != Tok::End)
-        failAt(wrongEndError, peek(1));
-      if (at(Tok::End) || at(Tok::KwEnd) || at(Tok::KwNext) || at(Tok::KwLoop) || at(Tok::KwWend) || at(Tok::KwCase) ||
-          at(Tok::KwElse) || at(Tok::KwElseIf))
+      const bool wrongEnd = at(Tok::KwEnd) && peek(1).kind != Tok::Newline && peek(1).kind != Tok::End;
+      if (wrongEnd || at(Tok::End) || at(Tok::KwEnd) || at(Tok::KwNext) || at(Tok::KwLoop) || at(Tok::KwWend) ||
+          at(Tok::KwCase) || at(Tok::KwElse) || at(Tok::KwElseIf)) {
+        if (openingIf)
+          failAt(VbError::ExpectedEnd, *openingIf);
+        if (wrongEnd)
+          failAt(wrongEndError, peek(1));
         fail(missingError);
+      }
       statement(into);
     }
   }
@@ -398,6 +417,14 @@ private:
       into.push_back(assignmentOrCall(t, false, true));
       return;
     }
+    case Tok::KwSub:
+    case Tok::KwFunction:
+      // A procedure inside a block of global code (If, a loop ...) is
+      // declared with the others, as natively; it is no statement.
+      if (procedure_ || singleLineIf_ > 0)
+        fail(VbError::ExpectedStatement);
+      procedure(true, nullptr);
+      return;
     case Tok::KwIf: into.push_back(ifStatement()); return;
     case Tok::KwSelect: into.push_back(selectStatement()); return;
     case Tok::KwFor: into.push_back(forStatement()); return;
@@ -429,11 +456,14 @@ private:
 
   // The target of an assignment or the callee of a call statement: a name,
   // Me or a With member, followed by member accesses and argument lists.
-  // lastParen receives the position of the last "(" that ended the chain,
-  // or 0 when the chain ended otherwise.
-  ExprPtr targetChain(std::size_t &lastParen, std::size_t stopAt = SIZE_MAX) {
+  // After Call the chain may also start with an expression in parentheses
+  // whose member it calls: Call (New C).Run. lastParen receives the position
+  // of the last "(" that ended the chain, or 0 when the chain ended otherwise.
+  ExprPtr targetChain(std::size_t &lastParen, std::size_t stopAt = SIZE_MAX, bool afterCall = false) {
     ExprPtr target = primary();
-    if (target->kind != ExprKind::Name && target->kind != ExprKind::Me && target->kind != ExprKind::Member)
+    const bool parenthesised = afterCall && target->kind == ExprKind::Paren && at(Tok::Dot) && !peek().spaceBefore;
+    if (target->kind != ExprKind::Name && target->kind != ExprKind::Me && target->kind != ExprKind::Member &&
+        !parenthesised)
       failAt(VbError::ExpectedStatement, tokens_[pos_ - 1]);
     lastParen = 0;
     while (pos_ < stopAt) {
@@ -457,7 +487,7 @@ private:
   StmtPtr assignmentOrCall(const Token &start, bool isSet, bool isCall, bool isLet = false) {
     const std::size_t chainStart = pos_;
     std::size_t lastParen = 0;
-    ExprPtr target = targetChain(lastParen);
+    ExprPtr target = targetChain(lastParen, SIZE_MAX, isCall);
     if (isSet || isLet || (!isCall && at(Tok::Equal))) {
       expect(Tok::Equal, VbError::ExpectedEqual);
       if (target->kind == ExprKind::Me)
@@ -537,16 +567,17 @@ private:
     }
     auto isBranchEnd = [&] { return at(Tok::KwElseIf) || at(Tok::KwElse) || atEnd(Tok::KwIf); };
     stmt->branches.push_back({std::move(condition), {}});
-    block(stmt->branches.back().body, VbError::ExpectedEnd, VbError::ExpectedIf, isBranchEnd);
+    block(stmt->branches.back().body, VbError::ExpectedEnd, VbError::ExpectedIf, isBranchEnd, &start);
     while (at(Tok::KwElseIf)) {
       take();
       ExprPtr next = expression();
       expect(Tok::KwThen, VbError::ExpectedThen);
       stmt->branches.push_back({std::move(next), {}});
-      block(stmt->branches.back().body, VbError::ExpectedEnd, VbError::ExpectedIf, isBranchEnd);
+      block(stmt->branches.back().body, VbError::ExpectedEnd, VbError::ExpectedIf, isBranchEnd, &start);
     }
     if (accept(Tok::KwElse))
-      block(stmt->elseBody, VbError::ExpectedEnd, VbError::ExpectedIf, [&] { return atEnd(Tok::KwIf); });
+      block(
+          stmt->elseBody, VbError::ExpectedEnd, VbError::ExpectedIf, [&] { return atEnd(Tok::KwIf); }, &start);
     if (!atEnd(Tok::KwIf))
       fail(VbError::ExpectedEnd);
     take();

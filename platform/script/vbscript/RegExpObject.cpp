@@ -66,6 +66,25 @@ QString expandReplacement(const QString &replacement, const QRegularExpressionMa
   return out;
 }
 
+// A replacement that is an object, a function of GetRef, is called for each
+// match with the match, the text of each group (Empty for a group that took
+// no part), the match's position from 0 and the whole text; what it returns
+// replaces the match.
+QString calledReplacement(const Variant &function, const QRegularExpressionMatch &match, const QString &text,
+                          int groups) {
+  const ObjectRef object = function.rawObject();
+  if (!object)
+    raiseError(ErrorNumber::ObjectNotSet);
+  Args args;
+  args.reserve(std::size_t(groups) + 3);
+  args.push_back(Variant(match.captured(0)));
+  for (int group = 1; group <= groups; ++group)
+    args.push_back(match.capturedStart(group) < 0 ? Variant() : Variant(match.captured(group)));
+  args.push_back(Variant(int(match.capturedStart(0))));
+  args.push_back(Variant(text));
+  return plainValue(object->call(QString(), args)).toString();
+}
+
 } // namespace
 
 void RegExpObject::setPattern(const QString &pattern) {
@@ -134,12 +153,17 @@ ObjectRef RegExpObject::execute(const QString &text) {
   return std::make_shared<MatchCollection>(std::move(list));
 }
 
-QString RegExpObject::replace(const QString &text, const QString &replacement) {
+QString RegExpObject::replace(const QString &text, const Variant &replacement) {
+  const bool called = replacement.isObject();
+  const QString pattern = called ? QString() : plainValue(replacement).toString();
   QString out;
   qsizetype copied = 0;
-  for (const QRegularExpressionMatch &match : matches(text, global_)) {
+  const std::vector<QRegularExpressionMatch> found = matches(text, global_);
+  const int groups = groups_; // the function called may change the pattern
+  for (const QRegularExpressionMatch &match : found) {
     out += QStringView(text).mid(copied, match.capturedStart(0) - copied);
-    out += expandReplacement(replacement, match, text, groups_);
+    out +=
+        called ? calledReplacement(replacement, match, text, groups) : expandReplacement(pattern, match, text, groups);
     copied = match.capturedEnd(0);
   }
   out += QStringView(text).mid(copied);
@@ -173,7 +197,7 @@ const MemberTable &RegExpObject::memberTable() const {
       method<RegExpObject>("Replace",
                            [](RegExpObject &r, Args &a) {
                              expectArgs(a, 2, 2);
-                             return r.replace(plainValue(a[0]).toString(), plainValue(a[1]).toString());
+                             return r.replace(plainValue(a[0]).toString(), a[1]);
                            }),
   }};
   return table;

@@ -28,7 +28,9 @@ public:
   bool test(const QString &text);
   // A MatchCollection: every match with Global, else the first at most.
   ObjectRef execute(const QString &text);
-  QString replace(const QString &text, const QString &replacement);
+  // The replacement is a text with $ references, or a function (GetRef)
+  // that gives the text for each match.
+  QString replace(const QString &text, const Variant &replacement);
 
 protected:
   const MemberTable &memberTable() const override;

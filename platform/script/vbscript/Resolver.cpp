@@ -51,7 +51,9 @@ int Resolver::implicitGlobal(const QString &name) {
   const int known = lookupGlobal(folded);
   if (known >= 0)
     return known;
-  return pending_[std::size_t(declareGlobal(name, GlobalEntry::Kind::Variable, 0, 0))].index;
+  Pending &made = pending_[std::size_t(declareGlobal(name, GlobalEntry::Kind::Variable, 0, 0))];
+  made.undeclared = true;
+  return made.index;
 }
 
 void Resolver::commit() {
@@ -61,6 +63,7 @@ void Resolver::commit() {
     GlobalEntry &entry = globals_.at(index);
     const bool keepsValue = entry.kind == GlobalEntry::Kind::Variable && p.kind == GlobalEntry::Kind::Variable;
     entry.kind = p.kind;
+    entry.undeclared = p.undeclared;
     if (entry.procedure)
       globals_.retire(std::move(entry.procedure));
     if (entry.classDef)

@@ -37,6 +37,7 @@ private:
     Variant value;
     std::shared_ptr<Procedure> procedure;
     std::shared_ptr<ClassDef> classDef;
+    bool undeclared = false;
   };
 
   int declareGlobal(const QString &name, GlobalEntry::Kind kind, int line, int column);

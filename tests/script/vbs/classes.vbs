@@ -101,3 +101,8 @@ Sub MakeTemporary()
 End Sub
 MakeTemporary
 WScript.Echo "end"
+' Call may start with an object in parentheses, whose member it calls.
+Call (New Shape).Reveal()
+Dim corner : Set corner = New Point
+Call (corner).MoveBy(2, 3)
+WScript.Echo "called through parentheses", corner.ToText()

@@ -103,3 +103,16 @@ Do While True
   End Select
 Loop
 WScript.Echo "exit do from select", i
+' One-line Ifs may end with a colon or with an End If on the same line.
+s = ""
+If True Then s = s & "a":
+If True Then s = s & "b" End If
+If False Then s = s & "x" Else s = s & "c" End If
+If False Then s = s & "y": Else s = s & "d": End If
+WScript.Echo "one-line forms", s
+' "Then :" opens a block If, as a line break would.
+If False Then :
+  WScript.Echo "never"
+Else
+  WScript.Echo "block after Then :"
+End If

@@ -26,3 +26,5 @@ v = CStr(Array(1))
 WScript.Echo "CStr array", Err.Number
 ' Booleans: True is all bits set in a Byte, and the texts files hold them as.
 WScript.Echo CByte(True), TypeName(CByte(True)), CByte(False), CBool("#TRUE#"), CBool("#false#"), Round(True)
+' A Single meets a Double as the Double it converts to.
+WScript.Echo CSng(0.1) = 0.1, CSng(0.5) = 0.5, CSng(0.1) > 0.1, CSng(0.1) = CSng(0.1), CDbl(CSng(0.1)) = CSng(0.1)

@@ -19,3 +19,16 @@ WScript.Echo TypeName(#1/2/2003# + 1), TypeName(#1/3/2003# - #1/1/2003#), TypeNa
 WScript.Echo Year(Now) > 2000, IsDate(Now), Time < 1, Date <= Now
 WScript.Echo FormatDateTime(d), FormatDateTime(d, vbShortDate), FormatDateTime(d, vbLongTime), FormatDateTime(d, vbShortTime)
 WScript.Echo CDate("1/2/2003") > CDate("12/31/2002"), CLng(#1/2/2003#), CDbl(#12:00:00 PM#)
+' A DateSerial outside the years 100 to 9999 is an invalid argument.
+On Error Resume Next
+d = DateSerial(10000, 1, 1)
+WScript.Echo "year 10000", Err.Number, Err.Description
+Err.Clear
+d = DateSerial(9999, 12, 32)
+WScript.Echo "past 9999", Err.Number
+Err.Clear
+d = DateSerial(100, 1, 0)
+WScript.Echo "before 100", Err.Number
+Err.Clear
+On Error GoTo 0
+WScript.Echo DateSerial(9999, 12, 31), DateSerial(100, 1, 1)

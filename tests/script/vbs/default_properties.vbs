@@ -18,6 +18,12 @@ End Class
 Class Plain
   Public Value
 End Class
+Class Measure
+  Public Text
+  Public Default Property Get Reading()
+    Reading = Text
+  End Property
+End Class
 
 Dim l
 Set l = New List
@@ -44,3 +50,9 @@ WScript.Echo Err.Number
 Err.Raise 5
 e = Err
 WScript.Echo e, TypeName(e), Err.Description
+' IsNumeric reads an object's default property.
+Dim m : Set m = New Measure
+m.Text = "12.5"
+WScript.Echo IsNumeric(m), IsNumeric(Err), IsNumeric(p), IsNumeric(Nothing)
+m.Text = "abc"
+WScript.Echo IsNumeric(m)

@@ -98,3 +98,23 @@ Function Twice(n)
   Twice = "second " & n
 End Function
 WScript.Echo Twice(2)
+' A procedure inside a block of global code is declared with the others,
+' whether the block runs or not.
+WScript.Echo Hoisted(1), Skipped(2)
+If False Then
+  Function Skipped(n)
+    Skipped = "skipped " & n
+  End Function
+Else
+  Function Hoisted(n) : Hoisted = "hoisted " & n : End Function
+End If
+For i = 1 To 1
+  Sub FromLoop() : WScript.Echo "declared in a loop" : End Sub
+Next
+FromLoop
+' The last statement of a procedure may share the line of its End.
+Sub OneLiner(n)
+  WScript.Echo "one line", n End Sub
+Function Doubled(n)
+  Doubled = n * 2 End Function
+OneLiner Doubled(4)

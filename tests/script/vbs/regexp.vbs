@@ -176,3 +176,20 @@ Set ms = re.Execute("ok")
 m = ms(1)
 WScript.Echo "item out of range", Err.Number
 Err.Clear
+' A function of GetRef as the replacement gives the text of each match from
+' the match, its groups, its position and the whole text.
+On Error GoTo 0
+Function Swapped(whole, letter, digit, position, source)
+  Swapped = "[" & digit & letter & "@" & position & "/" & Len(source) & "]"
+End Function
+Function Which(whole, a, b, position, source)
+  Which = TypeName(a) & "," & TypeName(b)
+End Function
+Set re = New RegExp
+re.Global = True
+re.Pattern = "(\w)(\d)"
+WScript.Echo re.Replace("a1 b2!", GetRef("Swapped"))
+re.Pattern = "(a)|(b)"
+WScript.Echo re.Replace("ab", GetRef("Which"))
+re.Global = False
+WScript.Echo re.Replace("ba", GetRef("Which"))

@@ -42,8 +42,12 @@ Err.Raise 1000, "MySource", "My description"
 WScript.Echo Err.Number, Err.Source, Err.Description
 Err.Raise vbObjectError + 513, "Obj", "Custom"
 WScript.Echo Err.Number, Err.Number - vbObjectError
+' Raise keeps the source and description Err still holds when it is not given them.
 Err.Raise 6
-WScript.Echo Err.Number, Err.Description
+WScript.Echo Err.Number, Err.Source, Err.Description
+Err.Clear
+Err.Raise 6
+WScript.Echo Err.Number, Err.Source, Err.Description
 Err.Number = 0
 WScript.Echo "number reset", Err.Number
 Err.Raise 13
@@ -80,3 +84,21 @@ Err.Clear
 WScript.Echo "Err default is Number:", Err
 Err.Raise 9
 WScript.Echo "Err default is Number:", Err
+Err.Clear
+Err.Source = "Set before" : Err.Description = "Described before"
+Err.Raise 1000
+WScript.Echo Err.Number, Err.Source, Err.Description
+Err.Clear
+Err.Raise 31999
+WScript.Echo Err.Number, Err.Description
+Err.Clear
+Err.Raise 5, "Src", , "manual.chm", 42
+WScript.Echo Err.Number, Err.Source, Err.Description, Err.HelpFile, Err.HelpContext
+Err.Raise 7
+WScript.Echo Err.Number, Err.Source, Err.Description, Err.HelpFile, Err.HelpContext
+Err.Clear
+WScript.Echo "cleared [" & Err.Source & Err.Description & Err.HelpFile & "]", Err.HelpContext
+Err.HelpFile = "other.chm" : Err.HelpContext = 7
+WScript.Echo Err.HelpFile, Err.HelpContext
+x = 1 / 0
+WScript.Echo "a run-time error has no help [" & Err.HelpFile & "]", Err.HelpContext
