@@ -41,12 +41,15 @@ inline constexpr const char *kTextCanvasProgId = "DDActiveReports2.TextCanvas";
 inline constexpr const char *kDesignerProgId = "DDActiveReportsDesignerCtl.ARDesigner";
 
 // The engine's exporters: each has FileName (write) and Export(pages),
-// pages being the report object's Pages after Run. The HTML exporter takes
+// pages being the report object's Pages after Run. The workbook exporters
+// take Layout: "Table" (the run's values as a table, the default) or
+// "Pages" (the texts as the pages show them). The HTML exporter takes
 // FileNamePrefix and HtmlOutputPath instead of one file name; the text
 // exporter TextDelimiter (between the texts of a line), PageDelimiter (a
 // line of its own between pages) and SuppressEmptyLines.
 inline constexpr const char *kPdfExportProgId = "Orvex.PdfExport";
 inline constexpr const char *kXlsExportProgId = "Orvex.XlsExport";
+inline constexpr const char *kXlsxExportProgId = "Orvex.XlsxExport";
 inline constexpr const char *kHtmlExportProgId = "Orvex.HtmlExport";
 inline constexpr const char *kRtfExportProgId = "Orvex.RtfExport";
 inline constexpr const char *kTextExportProgId = "Orvex.TextExport";
@@ -59,8 +62,8 @@ struct ExportType {
   const char *progId;
 };
 inline constexpr ExportType kExportTypes[] = {
-    {"pdf", kPdfExportProgId}, {"xls", kXlsExportProgId},  {"html", kHtmlExportProgId}, {"htm", kHtmlExportProgId},
-    {"rtf", kRtfExportProgId}, {"txt", kTextExportProgId}, {"tiff", kTiffExportProgId},
+    {"pdf", kPdfExportProgId},  {"xls", kXlsExportProgId}, {"xlsx", kXlsxExportProgId}, {"html", kHtmlExportProgId},
+    {"htm", kHtmlExportProgId}, {"rtf", kRtfExportProgId}, {"txt", kTextExportProgId},  {"tiff", kTiffExportProgId},
 };
 
 } // namespace kordel::hostapi

@@ -9,7 +9,7 @@ set -euo pipefail
 runtime=(
   build-essential cmake ninja-build pkg-config
   qt6-base-dev qt6-declarative-dev libqt6sql6-sqlite libqt6sql6-psql
-  libxml2-dev libtiff-dev libsqlite3-dev libcups2-dev
+  libxml2-dev libtiff-dev libsqlite3-dev libcups2-dev libxlsxwriter-dev
   fonts-dejavu-core fonts-noto-cjk
 )
 

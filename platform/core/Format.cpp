@@ -199,6 +199,14 @@ QString formatString(QString text, const QString &section) {
 
 } // namespace
 
+std::optional<Date> textDateInFormat(const Variant &value, const QString &format) {
+  if (!value.isString() || format.isEmpty())
+    return std::nullopt;
+  const bool dateFormat =
+      namedDatePattern(format) || (!isNamedNumberFormat(format) && kindOf(splitSections(format)) == FormatKind::Date);
+  return dateFormat ? parseVbDate(value.rawString()) : std::nullopt;
+}
+
 QString formatValue(const Variant &input, const QString &format, int firstDayOfWeek, int firstWeekOfYear) {
   if (firstDayOfWeek < 0 || firstDayOfWeek > 7 || firstWeekOfYear < 0 || firstWeekOfYear > 3)
     raiseError(ErrorNumber::InvalidCall, QStringLiteral("Format"));

@@ -4,6 +4,8 @@
 
 #include <QString>
 
+#include <optional>
+
 namespace kordel {
 
 // VB's Format(expression, format, firstDayOfWeek, firstWeekOfYear).
@@ -23,8 +25,12 @@ namespace kordel {
 // firstDayOfWeek: 0 system, 1 Sunday ... 7 Saturday (VB's vbSunday...).
 // firstWeekOfYear: 0 system, 1 the week of 1 January, 2 the first week of
 // four days, 3 the first full week.
-QString formatValue(const Variant &value, const QString &format = {}, int firstDayOfWeek = 1,
-                    int firstWeekOfYear = 1);
+QString formatValue(const Variant &value, const QString &format = {}, int firstDayOfWeek = 1, int firstWeekOfYear = 1);
+
+// The date a text shows in a date format (a named one such as "Short Date"
+// or a user format of date tokens), read as Format reads it; nothing for
+// another format, or for a value that is no text or no date.
+std::optional<Date> textDateInFormat(const Variant &value, const QString &format);
 
 // The day of the week of a date, 1 to 7, counted from firstDayOfWeek
 // (VB's Weekday), and the week of the year (DatePart "ww").

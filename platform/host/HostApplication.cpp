@@ -78,6 +78,8 @@ HostApplication::HostApplication(std::shared_ptr<SettingsStore> settings, std::s
                  [] { return std::make_shared<engine::PdfExporterObject>(); });
   registerProgId(QString::fromLatin1(hostapi::kXlsExportProgId),
                  [] { return std::make_shared<engine::XlsExporterObject>(); });
+  registerProgId(QString::fromLatin1(hostapi::kXlsxExportProgId),
+                 [] { return std::make_shared<engine::XlsExporterObject>(engine::XlsExporterObject::Format::Xlsx); });
   registerProgId(QString::fromLatin1(hostapi::kHtmlExportProgId),
                  [] { return std::make_shared<engine::HtmlExporterObject>(); });
   registerProgId(QString::fromLatin1(hostapi::kRtfExportProgId),

@@ -41,6 +41,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <iterator>
 #include <memory>
 #include <set>
 
@@ -230,20 +232,122 @@ TEST_F(RunCommands, TiffHasOneImageAPage) {
   }
 }
 
-TEST_F(RunCommands, SpreadsheetAndWordProcessorReadTheRecordsBack) {
+// The values of a sheet's rows below its heading (the title and the column
+// heads), each row's cells joined by "|": texts as shown, numbers and
+// dates as the values they hold.
+std::multiset<QString> bodyRows(const test::FlatSheet &sheet, int fromColumn, int columns) {
+  std::multiset<QString> rows;
+  for (std::size_t i = 2; i < sheet.rows.size(); ++i) {
+    QStringList cells;
+    for (int column = fromColumn; column < fromColumn + columns; ++column) {
+      const auto &row = sheet.rows[i];
+      const test::FlatCell cell = column < int(row.size()) ? row[std::size_t(column)] : test::FlatCell{};
+      cells << (cell.type == QLatin1String("string") || cell.type.isEmpty() ? cell.text : cell.type + ':' + cell.value);
+    }
+    rows.insert(cells.join(u'|'));
+  }
+  return rows;
+}
+
+// What one list of rows has and the other lacks, each row marked with the
+// side it is on.
+QStringList difference(const std::multiset<QString> &sheet, const std::multiset<QString> &database) {
+  QStringList different;
+  std::vector<QString> only;
+  std::set_difference(sheet.begin(), sheet.end(), database.begin(), database.end(), std::back_inserter(only));
+  for (const QString &row : only)
+    different << "sheet only: " + row;
+  only.clear();
+  std::set_difference(database.begin(), database.end(), sheet.begin(), sheet.end(), std::back_inserter(only));
+  for (const QString &row : only)
+    different << "database only: " + row;
+  return different;
+}
+
+std::multiset<QString> joinedRows(const QString &database, const QString &sql) {
+  std::multiset<QString> rows;
+  QStringList values = column(database, sql);
+  for (const QString &row : values)
+    rows.insert(row);
+  return rows;
+}
+
+// A workbook of a demo report is a table of the database's values: the
+// title and column heads once at the top, kept in view, then a row per
+// record (and per group and total), numbers and dates typed, notes whole in
+// one cell, no page furniture. The printed look is still there on request.
+TEST_F(RunCommands, WorkbooksHoldTheDemoReportsAsTablesOfTheDatabasesValues) {
   if (QStandardPaths::findExecutable(QStringLiteral("soffice")).isEmpty())
-    GTEST_SKIP() << "soffice is needed to read XLS and RTF back";
+    GTEST_SKIP() << "soffice is needed to read the workbooks back";
+  const QString &db = data().database;
+  const auto deals = joinedRows(db, "SELECT d.name || '|' || c.name || '|float:' || (d.value / 10000) "
+                                    "FROM deal d JOIN company c ON c.idcompany = d.company");
+  const auto events = joinedRows(db, "SELECT 'date:' || replace(date, ' ', 'T') || '|' || note FROM history "
+                                     "WHERE person IS NOT NULL");
+  const QStringList totals = column(db, "SELECT 'float:' || (sum(value) / 10000) FROM deal");
+  for (const QString extension : {"xls", "xlsx"}) {
+    SCOPED_TRACE(extension.toStdString());
+    const QString converted = out_.file(extension);
+    QDir().mkpath(converted);
+    ASSERT_TRUE(convertWithOffice(
+        {exportAll(kDeals, extension), exportAll(kHistory, extension), exportAll(kCompanyList, extension)},
+        QStringLiteral("fods"), converted));
+    const auto sheetOf = [&](const QString &report) {
+      return test::parseFlatSheet(test::readFile(converted + '/' + report + ".fods"));
+    };
+
+    if (extension == QLatin1String("xls")) {
+      QString error;
+      const auto book = test::readWorkbook(out_.file(kDeals + ".xls"), &error);
+      ASSERT_TRUE(book) << error.toStdString();
+      EXPECT_EQ(book->frozenRows, 2) << "the title and the column heads stay in view";
+    }
+    test::FlatSheet sheet = sheetOf(kDeals);
+    EXPECT_EQ(sheet.rows[0][0].text, kDeals);
+    EXPECT_EQ(sheet.rows[1][2].text, "Value");
+    ASSERT_EQ(sheet.rows.size(), 2 + deals.size() + 1) << "a row per deal and the total";
+    const test::FlatCell total = sheet.rows.back()[2];
+    EXPECT_EQ(total.type + ':' + total.value, totals.value(0));
+    sheet.rows.pop_back();
+    EXPECT_EQ(difference(bodyRows(sheet, 0, 3), deals), QStringList());
+
+    sheet = sheetOf(kHistory);
+    std::multiset<QString> historyRows;
+    // Date, type, the persons' last names, note.
+    for (const QString &row : bodyRows(sheet, 2, 4))
+      if (row.startsWith("date:"))
+        historyRows.insert(row.section(u'|', 0, 0) + '|' + row.section(u'|', 3, 3));
+    EXPECT_EQ(difference(historyRows, events), QStringList()) << "every event a row with its date and whole note";
+
+    sheet = sheetOf(kCompanyList);
+    std::multiset<QString> firstColumn;
+    for (const auto &row : sheet.rows) {
+      for (const test::FlatCell &cell : row)
+        EXPECT_FALSE(cell.text.startsWith("Page ")) << cell.text.toStdString();
+      if (!row.empty())
+        firstColumn.insert(row[0].text);
+    }
+    for (const QString &company : data().companies)
+      EXPECT_EQ(firstColumn.count(company), 1u) << company.toStdString();
+  }
+
+  // The pages as printed: the page footers among the rows.
+  const QString pages = out_.file(QStringLiteral("pages.xls"));
+  ASSERT_EQ(orvex({"export", "--report", kDeals, "--all", "--out", pages, "--xls-layout", "pages"}).exitCode, 0);
+  ASSERT_TRUE(convertWithOffice({pages}, QStringLiteral("fods"), out_.path()));
+  int dealPages = 0;
+  exportAll(kDeals, QStringLiteral("txt"), &dealPages);
+  int footers = 0;
+  for (const QStringList &row : test::parseFlatSpreadsheet(test::readFile(out_.file("pages.fods"))))
+    footers += row.join(u' ').contains(QRegularExpression("Page\\s+\\d+\\s+of\\s+\\d+"));
+  EXPECT_EQ(footers, dealPages);
+}
+
+TEST_F(RunCommands, TheWordProcessorReadsTheRecordsBack) {
+  if (QStandardPaths::findExecutable(QStringLiteral("soffice")).isEmpty())
+    GTEST_SKIP() << "soffice is needed to read RTF back";
   const QString converted = out_.file(QStringLiteral("converted"));
   QDir().mkpath(converted);
-
-  // As a flat spreadsheet document, an XML file of the cells' texts.
-  ASSERT_TRUE(convertWithOffice({exportAll(kDeals, QStringLiteral("xls"))}, QStringLiteral("fods"), converted));
-  std::set<QString> deals;
-  for (const QStringList &row : test::parseFlatSpreadsheet(test::readFile(converted + "/" + kDeals + ".fods")))
-    deals.insert(row.begin(), row.end());
-  for (const QString &deal : data().deals)
-    EXPECT_TRUE(deals.count(deal)) << deal.toStdString();
-
   ASSERT_TRUE(
       convertWithOffice({exportAll(kCompanyList, QStringLiteral("rtf")), exportAll(kHistory, QStringLiteral("rtf"))},
                         QStringLiteral("txt:Text"), converted));
@@ -358,7 +462,11 @@ TEST_F(RunCommands, WhatCannotRunIsRefusedOnOneLineBeforeAnythingIsWritten) {
       {{"export", "--report", kCompanyList, "--all", "--subfilter", "Companies=sweden", "--out", pdf},
        "main page",
        "(5)"},
-      {{"export", "--report", kCompanyList, "--all", "--out", out_.file("list.jpg")}, "pdf, xls, html", "(5)"},
+      {{"export", "--report", kCompanyList, "--all", "--out", out_.file("list.jpg")}, "pdf, xls, xlsx, html", "(5)"},
+      {{"export", "--report", kCompanyList, "--all", "--out", pdf, "--xls-layout", "pages"}, "an .xls or .xlsx", "(5)"},
+      {{"export", "--report", kCompanyList, "--all", "--out", out_.file("l.xls"), "--xls-layout", "flat"},
+       "table or pages",
+       "(5)"},
       {{"export", "--report", kCompanyList, "--all", "--out", out_.file("gone/list.pdf")}, "no folder", "(76)"},
       {{"export", "--report", kCompanyList, "--ids", "900,901", "--out", pdf}, "no records of Company", "(101002)"},
       {{"export", "--report", kCompanyList, "--filter", "antarctica", "--out", pdf}, "no records", "(101002)"},

@@ -91,7 +91,9 @@ std::optional<QStringList> sharedStrings(const std::vector<BiffRecord> &records,
 
 struct ReadFormat {
   int font = 0;
+  int numberFormat = 0;
   int alignment = 0;
+  bool wrap = false;
 };
 
 } // namespace
@@ -208,6 +210,7 @@ std::optional<ReadWorkbook> readWorkbook(const QString &path, QString *error) {
   book.globals = substreamRecords(*stream, 0);
   std::vector<ReadFont> fonts;
   std::vector<ReadFormat> formats;
+  std::map<int, QString> numberFormats;
   qsizetype sheetPosition = -1;
   for (std::size_t i = 0; i < book.globals.size(); ++i) {
     const BiffRecord &record = book.globals[i];
@@ -220,7 +223,8 @@ std::optional<ReadWorkbook> readWorkbook(const QString &path, QString *error) {
                                characters(p, 16, std::uint8_t(p[14]), p[15] & 1)});
       break;
     }
-    case 0x00E0: formats.push_back(ReadFormat{u16(p, 0), p[6] & 7}); break;
+    case 0x00E0: formats.push_back(ReadFormat{u16(p, 0), u16(p, 2), p[6] & 7, bool(p[6] & 8)}); break;
+    case 0x041E: numberFormats[u16(p, 0)] = characters(p, 5, u16(p, 2), p[4] & 1); break;
     case 0x0085: sheetPosition = u32(p, 0); break;
     case 0x00FC: {
       const auto strings = sharedStrings(book.globals, i);
@@ -247,9 +251,17 @@ std::optional<ReadWorkbook> readWorkbook(const QString &path, QString *error) {
         book.columnWidths[column] = u16(p, 4);
       continue;
     }
-    if (record.type != 0x00FD && record.type != 0x0203)
+    if (record.type == 0x0041) {
+      book.frozenRows = u16(p, 2);
       continue;
-    if (p.size() < (record.type == 0x0203 ? 14 : 10)) {
+    }
+    if (record.type == 0x0208) {
+      book.outlineLevels[u16(p, 0)] = u16(p, 12) & 7;
+      continue;
+    }
+    if (record.type != 0x00FD && record.type != 0x0203 && record.type != 0x0205)
+      continue;
+    if (p.size() < (record.type == 0x0203 ? 14 : record.type == 0x0205 ? 8 : 10)) {
       *error = QStringLiteral("a cell record of %1 bytes").arg(p.size());
       return std::nullopt;
     }
@@ -257,7 +269,12 @@ std::optional<ReadWorkbook> readWorkbook(const QString &path, QString *error) {
     const ReadFormat &format = formats.at(u16(p, 4));
     cell.font = fonts.at(format.font);
     cell.horizontalAlignment = format.alignment;
-    if (record.type == 0x0203) {
+    cell.wrap = format.wrap;
+    cell.numberFormat = numberFormats.count(format.numberFormat) ? numberFormats[format.numberFormat] : QString();
+    if (record.type == 0x0205) {
+      cell.isBoolean = true;
+      cell.number = p[6];
+    } else if (record.type == 0x0203) {
       cell.isNumber = true;
       cell.number = std::bit_cast<double>(qFromLittleEndian<std::uint64_t>(p.constData() + 6));
     } else {
@@ -310,69 +327,92 @@ std::vector<QStringList> parseCsv(const QString &text) {
   return rows;
 }
 
-std::vector<QStringList> parseFlatSpreadsheet(const QByteArray &xml) {
+FlatSheet parseFlatSheet(const QByteArray &xml) {
   // Empty rows and cells are counted and only spelled out when something
   // follows them, as the document repeats the empty rest of the sheet.
-  std::vector<QStringList> rows;
-  QStringList row;
+  FlatSheet sheet;
+  std::vector<FlatCell> row;
   int emptyRows = 0;
   int emptyCells = 0;
   int rowRepeat = 1;
   int cellRepeat = 1;
-  QString cell;
+  FlatCell cell;
   bool inCell = false;
   bool inParagraph = false;
+  bool tableDone = false;
   QXmlStreamReader reader(xml);
   while (!reader.atEnd()) {
     reader.readNext();
     const QStringView name = reader.name();
     if (reader.isStartElement()) {
-      if (name == QLatin1String("table-row")) {
+      const QXmlStreamAttributes attributes = reader.attributes();
+      if (tableDone) {
+        continue;
+      } else if (name == QLatin1String("table-row")) {
         row.clear();
         emptyCells = 0;
-        const QStringView repeat = reader.attributes().value(QLatin1String("table:number-rows-repeated"));
+        const QStringView repeat = attributes.value(QLatin1String("table:number-rows-repeated"));
         rowRepeat = repeat.isEmpty() ? 1 : repeat.toInt();
       } else if (name == QLatin1String("table-cell") || name == QLatin1String("covered-table-cell")) {
-        cell.clear();
+        cell = FlatCell{};
+        cell.type = attributes.value(QLatin1String("office:value-type")).toString();
+        for (const char *value : {"office:value", "office:date-value", "office:boolean-value", "office:time-value"})
+          if (attributes.hasAttribute(QLatin1String(value)))
+            cell.value = attributes.value(QLatin1String(value)).toString();
         inCell = true;
-        const QStringView repeat = reader.attributes().value(QLatin1String("table:number-columns-repeated"));
+        const QStringView repeat = attributes.value(QLatin1String("table:number-columns-repeated"));
         cellRepeat = repeat.isEmpty() ? 1 : repeat.toInt();
       } else if (inCell && name == QLatin1String("p")) {
-        if (!cell.isEmpty())
-          cell += QLatin1Char('\n');
+        if (!cell.text.isEmpty())
+          cell.text += QLatin1Char('\n');
         inParagraph = true;
       } else if (inParagraph && name == QLatin1String("s")) {
-        const QStringView count = reader.attributes().value(QLatin1String("text:c"));
-        cell += QString(count.isEmpty() ? 1 : count.toInt(), QLatin1Char(' '));
+        const QStringView count = attributes.value(QLatin1String("text:c"));
+        cell.text += QString(count.isEmpty() ? 1 : count.toInt(), QLatin1Char(' '));
+      } else if (inParagraph && name == QLatin1String("line-break")) {
+        cell.text += QLatin1Char('\n');
       }
     } else if (reader.isCharacters() && inParagraph) {
-      cell += reader.text();
+      cell.text += reader.text();
     } else if (reader.isEndElement()) {
-      if (name == QLatin1String("p")) {
+      if (tableDone) {
+        continue;
+      } else if (name == QLatin1String("p")) {
         inParagraph = false;
       } else if (name == QLatin1String("table-cell") || name == QLatin1String("covered-table-cell")) {
         inCell = false;
-        if (cell.isEmpty()) {
+        if (cell.text.isEmpty() && cell.type.isEmpty()) {
           emptyCells += cellRepeat;
           continue;
         }
         for (; emptyCells > 0; --emptyCells)
-          row.append(QString());
+          row.push_back(FlatCell{});
         for (int i = 0; i < cellRepeat; ++i)
-          row.append(cell);
+          row.push_back(cell);
       } else if (name == QLatin1String("table-row")) {
-        if (row.isEmpty()) {
+        if (row.empty()) {
           emptyRows += rowRepeat;
           continue;
         }
         for (; emptyRows > 0; --emptyRows)
-          rows.push_back(QStringList());
+          sheet.rows.push_back({});
         for (int i = 0; i < rowRepeat; ++i)
-          rows.push_back(row);
+          sheet.rows.push_back(row);
       } else if (name == QLatin1String("table")) {
-        break;
+        tableDone = true;
       }
     }
+  }
+  return sheet;
+}
+
+std::vector<QStringList> parseFlatSpreadsheet(const QByteArray &xml) {
+  std::vector<QStringList> rows;
+  for (const std::vector<FlatCell> &cells : parseFlatSheet(xml).rows) {
+    QStringList row;
+    for (const FlatCell &cell : cells)
+      row << cell.text;
+    rows.push_back(row);
   }
   return rows;
 }

@@ -40,10 +40,13 @@ struct ReadFont {
 
 struct ReadCell {
   bool isNumber = false;
-  double number = 0;
+  bool isBoolean = false;
+  double number = 0; // a truth value's 1 or 0 too
   QString text;
+  QString numberFormat; // the workbook's own format code; empty for a built-in one
   ReadFont font;
   int horizontalAlignment = 0; // 0 general, 1 left, 2 center, 3 right
+  bool wrap = false;
 };
 
 struct ReadWorkbook {
@@ -52,6 +55,8 @@ struct ReadWorkbook {
   QStringList sharedStrings;
   std::map<std::pair<int, int>, ReadCell> cells; // by (row, column)
   std::map<int, int> columnWidths;               // 1/256 of a digit
+  std::map<int, int> outlineLevels;              // by row
+  int frozenRows = 0;
   int sstContinueRecords = 0;
 
   const ReadCell *cell(int row, int column) const;
@@ -65,8 +70,23 @@ std::optional<ReadWorkbook> readWorkbook(const QString &path, QString *error);
 // programs write it.
 std::vector<QStringList> parseCsv(const QString &text);
 
-// The cell texts of the first table of a flat XML spreadsheet document,
-// row by row, with repeated rows and cells spelled out.
+// A cell of a flat XML spreadsheet document: its text, its value type
+// ("string", "float", "date", "boolean", ...; empty for an empty cell) and
+// its value as the document writes it (a number, an ISO date, true/false).
+struct FlatCell {
+  QString text;
+  QString type;
+  QString value;
+};
+
+// The first table of a flat XML spreadsheet document, row by row, with
+// repeated rows and cells spelled out.
+struct FlatSheet {
+  std::vector<std::vector<FlatCell>> rows;
+};
+FlatSheet parseFlatSheet(const QByteArray &xml);
+
+// The cell texts of the first table of a flat XML spreadsheet document.
 std::vector<QStringList> parseFlatSpreadsheet(const QByteArray &xml);
 
 } // namespace kordel::test

@@ -100,7 +100,7 @@ public:
   PageMarkup(const Page &page, const QString &baseName, QString &out) : page_(page), baseName_(baseName), out_(out) {}
 
   void operator()(const TextRun &run) {
-    const WholeText *whole = page_.wholeTextOf(run);
+    const PrintedValue *whole = page_.partialValueOf(run);
     if (!whole) {
       out_ += QStringLiteral("<div class=\"t f%1\" style=\"%2;color:%3;text-align:%4\">%5</div>\n")
                   .arg(run.font)
@@ -168,7 +168,7 @@ private:
   }
 
   const Page &page_;
-  std::unordered_set<const WholeText *> written_;
+  std::unordered_set<const PrintedValue *> written_;
   const QString &baseName_;
   QString &out_;
 };

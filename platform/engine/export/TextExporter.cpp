@@ -58,12 +58,12 @@ void TextExporter::appendPage(QString &out, const Page &page) const {
   const TextLine *previous = nullptr;
   // A value wrapped over lines or cut at its box is written whole, once,
   // where its first line stands; its other lines are left out.
-  std::unordered_set<const WholeText *> written;
+  std::unordered_set<const PrintedValue *> written;
   for (const TextLine &line : textLines(page)) {
     QStringList texts;
     for (const TextRun *run : line.runs) {
       QString text = page.text(*run);
-      if (const WholeText *whole = page.wholeTextOf(*run)) {
+      if (const PrintedValue *whole = page.partialValueOf(*run)) {
         if (written.count(whole))
           continue;
         written.insert(whole);
@@ -72,7 +72,7 @@ void TextExporter::appendPage(QString &out, const Page &page) const {
       if (hasText(text))
         texts += field(text);
     }
-    if (texts.isEmpty() && !line.runs.empty() && page.wholeTextOf(*line.runs.front()))
+    if (texts.isEmpty() && !line.runs.empty() && page.partialValueOf(*line.runs.front()))
       continue; // only lines of a value written above
     if (suppressEmptyLines_) {
       if (!texts.isEmpty())

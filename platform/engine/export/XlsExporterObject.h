@@ -6,18 +6,30 @@
 
 namespace kordel::engine {
 
-// The workbook exporter for scripts and late-bound callers. Members:
-// FileName (read and write) and Export(pages), which writes the engine's
-// Pages to FileName as a workbook.
+// A workbook exporter for scripts and late-bound callers, of the BIFF8
+// format (.xls) or the Office Open XML one (.xlsx). Members: FileName
+// (read and write), Layout (read and write: "Table", the default, or
+// "Pages" for the printed look) and Export(pages), which writes the
+// engine's Pages to FileName as a workbook.
 class XlsExporterObject : public Object {
 public:
-  QString typeName() const override { return QStringLiteral("XlsExport"); }
+  enum class Format { Xls, Xlsx };
+  explicit XlsExporterObject(Format format = Format::Xls) : format_(format) {}
 
-  XlsExporter exporter;
+  QString typeName() const override {
+    return format_ == Format::Xls ? QStringLiteral("XlsExport") : QStringLiteral("XlsxExport");
+  }
+
+  SpreadsheetLayout layout = SpreadsheetLayout::Table;
   QString fileName;
 
 protected:
   const MemberTable &memberTable() const override;
+
+private:
+  void exportPages(const Variant &pages) const;
+
+  Format format_;
 };
 
 } // namespace kordel::engine

@@ -38,12 +38,8 @@ QString Page::text(const TextRun &run) const {
   return textPool_.sliced(qsizetype(run.textOffset_), qsizetype(run.textLength_));
 }
 
-void Page::markWholeText(std::uint32_t mark, const QString &whole) {
+void Page::markValue(std::uint32_t mark, const ValueSource &source, const QString &whole) {
   const std::uint32_t end = textMark();
-  if (end == mark)
-    return; // nothing printed
-  const QStringView printed = QStringView(textPool_).sliced(qsizetype(mark), qsizetype(end - mark));
-  // One run showing the value as it is needs nothing more.
   std::size_t runs = 0;
   for (auto item = items_.rbegin(); item != items_.rend(); ++item) {
     const auto *run = std::get_if<TextRun>(&*item);
@@ -52,67 +48,73 @@ void Page::markWholeText(std::uint32_t mark, const QString &whole) {
     if (run)
       ++runs;
   }
-  if (runs == 1 && printed == whole)
+  if (runs == 0)
     return;
-  WholeText kept;
-  kept.runsBegin_ = mark;
-  kept.runsEnd_ = end;
-  kept.textOffset_ = end;
-  kept.textLength_ = std::uint32_t(whole.size());
-  textPool_.append(whole);
-  wholeTexts_.push_back(kept);
+  PrintedValue value;
+  value.source_ = source;
+  value.runsBegin_ = mark;
+  value.runsEnd_ = end;
+  // One run showing the value as it is needs nothing more.
+  if (runs > 1 || QStringView(textPool_).sliced(qsizetype(mark), qsizetype(end - mark)) != whole) {
+    value.wholeOffset_ = end;
+    value.wholeLength_ = std::uint32_t(whole.size());
+    textPool_.append(whole);
+  }
+  values_.push_back(value);
 }
 
-const WholeText *Page::wholeTextOf(const TextRun &run) const {
+const PrintedValue *Page::valueOf(const TextRun &run) const {
   // Ordered by where their runs begin, and their runs do not overlap.
   const auto after =
-      std::upper_bound(wholeTexts_.begin(), wholeTexts_.end(), run.textOffset_,
-                       [](std::uint32_t offset, const WholeText &whole) { return offset < whole.runsBegin_; });
-  if (after == wholeTexts_.begin())
+      std::upper_bound(values_.begin(), values_.end(), run.textOffset_,
+                       [](std::uint32_t offset, const PrintedValue &value) { return offset < value.runsBegin_; });
+  if (after == values_.begin())
     return nullptr;
-  const WholeText &candidate = *(after - 1);
-  return run.textOffset_ < candidate.runsEnd_ ? &candidate : nullptr;
+  const PrintedValue &candidate = *(after - 1);
+  return run.textOffset_ < candidate.runsEnd_ || run.textOffset_ == candidate.runsBegin_ ? &candidate : nullptr;
 }
 
-QString Page::text(const WholeText &whole) const {
-  return textPool_.sliced(qsizetype(whole.textOffset_), qsizetype(whole.textLength_));
+QString Page::text(const PrintedValue &value) const {
+  if (value.printedWhole())
+    return textPool_.sliced(qsizetype(value.runsBegin_), qsizetype(value.runsEnd_ - value.runsBegin_));
+  return textPool_.sliced(qsizetype(value.wholeOffset_), qsizetype(value.wholeLength_));
 }
 
 void Page::addPage(const Page &other, Twips dx, Twips dy) {
-  auto whole = other.wholeTexts_.begin();
+  auto value = other.values_.begin();
   std::uint32_t mark = 0;
   for (const PageItem &item : other.items_) {
     std::visit(
-        [&](const auto &value) {
-          using T = std::decay_t<decltype(value)>;
+        [&](const auto &shape) {
+          using T = std::decay_t<decltype(shape)>;
           if constexpr (std::is_same_v<T, TextRun>) {
-            if (whole != other.wholeTexts_.end() && value.textOffset_ == whole->runsBegin_)
+            if (value != other.values_.end() && shape.textOffset_ == value->runsBegin_)
               mark = textMark();
-            addText(Box{value.box.x + dx, value.box.y + dy, value.box.width, value.box.height}, other.text(value),
-                    value.font, value.color, value.align);
-            if (whole != other.wholeTexts_.end() && value.textOffset_ + value.textLength_ == whole->runsEnd_) {
-              markWholeText(mark, other.text(*whole));
-              ++whole;
+            addText(Box{shape.box.x + dx, shape.box.y + dy, shape.box.width, shape.box.height}, other.text(shape),
+                    shape.font, shape.color, shape.align);
+            if (value != other.values_.end() && shape.textOffset_ + shape.textLength_ == value->runsEnd_) {
+              markValue(mark, value->source_, other.text(*value));
+              ++value;
             }
           } else if constexpr (std::is_same_v<T, LineItem>) {
-            LineItem line = value;
+            LineItem line = shape;
             line.x1 += dx;
             line.x2 += dx;
             line.y1 += dy;
             line.y2 += dy;
             addLine(line);
           } else if constexpr (std::is_same_v<T, RectItem>) {
-            RectItem rect = value;
+            RectItem rect = shape;
             rect.box.x += dx;
             rect.box.y += dy;
             addRect(rect);
           } else if constexpr (std::is_same_v<T, EllipseItem>) {
-            EllipseItem ellipse = value;
+            EllipseItem ellipse = shape;
             ellipse.box.x += dx;
             ellipse.box.y += dy;
             addEllipse(ellipse);
           } else {
-            addImage(Box{value.box.x + dx, value.box.y + dy, value.box.width, value.box.height}, value.image);
+            addImage(Box{shape.box.x + dx, shape.box.y + dy, shape.box.width, shape.box.height}, shape.image);
           }
         },
         item);
@@ -122,13 +124,13 @@ void Page::addPage(const Page &other, Twips dx, Twips dy) {
 void Page::squeeze() {
   items_.shrink_to_fit();
   textPool_.squeeze();
-  wholeTexts_.shrink_to_fit();
+  values_.shrink_to_fit();
 }
 
 std::size_t Page::approximateBytes() const {
   // The pool's heap block carries a small header before its characters.
   constexpr std::size_t kStringHeader = 16;
-  std::size_t bytes = sizeof(Page) + items_.capacity() * sizeof(PageItem) + wholeTexts_.capacity() * sizeof(WholeText);
+  std::size_t bytes = sizeof(Page) + items_.capacity() * sizeof(PageItem) + values_.capacity() * sizeof(PrintedValue);
   if (textPool_.capacity() > 0)
     bytes += kStringHeader + std::size_t(textPool_.capacity()) * sizeof(QChar);
   return bytes;

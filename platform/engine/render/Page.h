@@ -92,17 +92,39 @@ struct ImageItem {
 
 using PageItem = std::variant<TextRun, LineItem, RectItem, EllipseItem, ImageItem>;
 
-// A value the page prints other than whole: wrapped over several lines,
-// or cut where its box ends. It names the runs it printed as (their texts
-// lie one after another in the page's pool) and keeps the text as it was.
-// Exports that are not bound to the printed look take the whole text.
-class WholeText {
+// What a printed value was before it was formatted, for exports that keep
+// values rather than their printed look.
+enum class ValueKind : std::uint8_t { Text, Number, Currency, Date, Boolean };
+
+// Where a printed value came from and what it was: the band showing and
+// the control (indices into the document's tables) and, for all kinds but
+// text, the value as a number (a date as its day count from 1899-12-30, a
+// truth value as 1 or 0).
+struct ValueSource {
+  std::uint32_t band = 0;
+  std::uint32_t control = 0;
+  ValueKind kind = ValueKind::Text;
+  double number = 0;
+};
+
+// A value that a label or field printed: the runs it printed as (their
+// texts lie one after another in the page's pool) and where it came from.
+// A value printed other than whole (wrapped over several lines, or cut
+// where its box ends) keeps its whole text beside; exports that are not
+// bound to the printed look take that.
+class PrintedValue {
+public:
+  const ValueSource &source() const { return source_; }
+  // Whether one run shows the whole text.
+  bool printedWhole() const { return wholeLength_ == 0; }
+
 private:
   friend class Page;
+  ValueSource source_;
   std::uint32_t runsBegin_ = 0; // where its first run's text begins in the pool
   std::uint32_t runsEnd_ = 0;   // where its last run's text ends
-  std::uint32_t textOffset_ = 0;
-  std::uint32_t textLength_ = 0;
+  std::uint32_t wholeOffset_ = 0;
+  std::uint32_t wholeLength_ = 0;
 };
 
 // The display list of one finished page: its size and the items in painting
@@ -123,19 +145,27 @@ public:
   void addEllipse(const EllipseItem &ellipse) { items_.emplace_back(ellipse); }
   void addImage(const Box &box, int image) { items_.emplace_back(ImageItem{box, image}); }
 
-  // Marks the runs added since textMark() as printing the text given, when
-  // they show less of it than all or in several lines; nothing is kept for
-  // a value printed whole in one run.
+  // Marks the runs added since textMark() as printing a value: where it
+  // came from, and its text before wrapping and cutting, kept when the
+  // runs show less of it than all or in several lines. Nothing is marked
+  // when no run was added.
   std::uint32_t textMark() const { return std::uint32_t(textPool_.size()); }
-  void markWholeText(std::uint32_t mark, const QString &whole);
-  // The whole text a run belongs to; nullptr for a run that printed its
-  // value whole.
-  const WholeText *wholeTextOf(const TextRun &run) const;
-  // Whether the run is the first of its whole text's runs.
-  bool beginsWholeText(const TextRun &run, const WholeText &whole) const { return run.textOffset_ == whole.runsBegin_; }
-  QString text(const WholeText &whole) const;
-  // Copies another page's items, moved by dx and dy, with their whole
-  // texts.
+  void markValue(std::uint32_t mark, const ValueSource &source, const QString &whole);
+  // The value a run printed; nullptr for a run of no value (a page number).
+  const PrintedValue *valueOf(const TextRun &run) const;
+  // The value a run printed other than whole (wrapped or cut); nullptr
+  // for a run that printed its value whole or printed none.
+  const PrintedValue *partialValueOf(const TextRun &run) const {
+    const PrintedValue *value = valueOf(run);
+    return value && !value->printedWhole() ? value : nullptr;
+  }
+  // Whether the run is the first of its value's runs.
+  bool beginsValue(const TextRun &run, const PrintedValue &value) const { return run.textOffset_ == value.runsBegin_; }
+  // The whole text of the value.
+  QString text(const PrintedValue &value) const;
+  // The values in the order printed.
+  const std::vector<PrintedValue> &values() const { return values_; }
+  // Copies another page's items, moved by dx and dy, with their values.
   void addPage(const Page &other, Twips dx, Twips dy);
 
   const std::vector<PageItem> &items() const { return items_; }
@@ -155,7 +185,7 @@ private:
   Twips height_ = 0;
   std::vector<PageItem> items_;
   QString textPool_;
-  std::vector<WholeText> wholeTexts_; // by where their runs begin
+  std::vector<PrintedValue> values_; // by where their runs begin
 };
 
 } // namespace kordel::engine

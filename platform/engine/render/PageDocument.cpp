@@ -2,6 +2,7 @@
 
 #include "core/Error.h"
 
+#include <algorithm>
 #include <limits>
 
 namespace kordel::engine {
@@ -63,6 +64,42 @@ const QImage &PageDocument::image(int index) const {
   return images_[std::size_t(index)];
 }
 
+std::uint32_t PageDocument::beginBand(BandKind kind, bool repeat) {
+  if (bands_.size() >= std::numeric_limits<std::uint32_t>::max())
+    raiseError(ErrorNumber::Overflow, kSource, QStringLiteral("A document takes at most 2^32 band showings"));
+  bands_.push_back(BandShowing{kind, openBands_, repeat});
+  if (openBands_ < std::numeric_limits<std::uint8_t>::max())
+    ++openBands_;
+  return std::uint32_t(bands_.size() - 1);
+}
+
+void PageDocument::endBand() {
+  if (openBands_ > 0)
+    --openBands_;
+}
+
+const BandShowing &PageDocument::band(std::uint32_t index) const {
+  if (index >= bands_.size())
+    checkIndex(int(std::min<std::size_t>(index, std::numeric_limits<int>::max())), int(bandCount()), "band");
+  return bands_[index];
+}
+
+std::uint32_t PageDocument::internControl(const QString &name, const QString &format) {
+  const QString key = name + QChar(0) + format;
+  if (const auto found = controlIndex_.constFind(key); found != controlIndex_.constEnd())
+    return found.value();
+  const auto index = std::uint32_t(controls_.size());
+  controls_.push_back(ControlSource{name, format});
+  controlIndex_.insert(key, index);
+  return index;
+}
+
+const ControlSource &PageDocument::control(std::uint32_t index) const {
+  if (index >= controls_.size())
+    checkIndex(int(std::min<std::size_t>(index, std::numeric_limits<int>::max())), int(controlCount()), "control");
+  return controls_[index];
+}
+
 void PageDocument::checkReferences(const Page &page) const {
   const int number = pageCount() + 1;
   if (page.width() <= 0 || page.height() <= 0)
@@ -83,6 +120,16 @@ void PageDocument::checkReferences(const Page &page) const {
                      .arg(picture->image)
                      .arg(imageCount()));
   }
+  for (const PrintedValue &value : page.values())
+    if (value.source().band >= bands_.size() || value.source().control >= controls_.size())
+      raiseError(ErrorNumber::SubscriptOutOfRange, kSource,
+                 QStringLiteral("Page %1 has a value of band %2 and control %3, but the document has %4 bands and %5 "
+                                "controls")
+                     .arg(number)
+                     .arg(value.source().band)
+                     .arg(value.source().control)
+                     .arg(bands_.size())
+                     .arg(controls_.size()));
 }
 
 void PageDocument::append(Page page) {
@@ -109,6 +156,11 @@ void PageDocument::clear() {
   images_.clear();
   imageByKey_.clear();
   imageByContent_.clear();
+  bands_.clear();
+  bands_.shrink_to_fit();
+  openBands_ = 0;
+  controls_.clear();
+  controlIndex_.clear();
 }
 
 std::size_t PageDocument::approximateBytes() const {
@@ -119,6 +171,9 @@ std::size_t PageDocument::approximateBytes() const {
     bytes += sizeof(PageFont) + std::size_t(font.family.capacity()) * sizeof(QChar);
   for (const QImage &image : images_)
     bytes += sizeof(QImage) + std::size_t(image.sizeInBytes());
+  bytes += bands_.capacity() * sizeof(BandShowing);
+  for (const ControlSource &control : controls_)
+    bytes += sizeof(ControlSource) + std::size_t(control.name.capacity() + control.format.capacity()) * sizeof(QChar);
   return bytes;
 }
 

@@ -7,9 +7,39 @@
 #include <QImage>
 
 #include <cstddef>
+#include <cstdint>
 #include <vector>
 
 namespace kordel::engine {
+
+// The kind of section a band showing printed; the numbers are the layout's
+// section types.
+enum class BandKind : std::uint8_t {
+  ReportHeader = 0,
+  ReportFooter = 1,
+  PageHeader = 2,
+  PageFooter = 3,
+  GroupHeader = 4,
+  GroupFooter = 5,
+  Detail = 6,
+};
+
+// One showing of a section: its kind, and how deep in sub reports it
+// stands (0 for the report's own sections, 1 for those of a sub report in
+// them, and so on).
+struct BandShowing {
+  BandKind kind = BandKind::Detail;
+  std::uint8_t depth = 0;
+  // Printed again what was printed before: a group header repeated at
+  // the top of a page.
+  bool repeat = false;
+};
+
+// A control that printed values: its name and its output format.
+struct ControlSource {
+  QString name;
+  QString format;
+};
 
 // The pages of one report run with the tables they share: fonts and
 // images. Equal fonts and equal images are kept once; pages refer to them
@@ -34,8 +64,23 @@ public:
   // Raises 9 for an index out of range.
   const QImage &image(int index) const;
 
+  // The band showings of the run, numbered in the order they began. A
+  // showing that begins while another is open (a sub report's band inside
+  // its section) stands one deeper. Raises 6 beyond 2^32 showings.
+  std::uint32_t beginBand(BandKind kind, bool repeat = false);
+  void endBand();
+  std::uint32_t bandCount() const { return std::uint32_t(bands_.size()); }
+  // Raises 9 for an index out of range.
+  const BandShowing &band(std::uint32_t index) const;
+
+  // The index of a control by its name and format, added when new.
+  std::uint32_t internControl(const QString &name, const QString &format);
+  std::uint32_t controlCount() const { return std::uint32_t(controls_.size()); }
+  // Raises 9 for an index out of range.
+  const ControlSource &control(std::uint32_t index) const;
+
   // Adds a finished page. Raises 5 for a page without a size and 9 for a
-  // page that refers to a font or image the tables lack; the document
+  // page that refers to a font, image, band or control the tables lack; the document
   // stays as it was.
   void append(Page page);
   int pageCount() const { return int(pages_.size()); }
@@ -59,6 +104,10 @@ private:
   std::vector<QImage> images_;
   QHash<qint64, int> imageByKey_;
   QMultiHash<size_t, int> imageByContent_;
+  std::vector<BandShowing> bands_;
+  std::uint8_t openBands_ = 0;
+  std::vector<ControlSource> controls_;
+  QHash<QString, std::uint32_t> controlIndex_; // by name and format
 };
 
 } // namespace kordel::engine

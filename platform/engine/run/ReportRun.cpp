@@ -354,11 +354,11 @@ void ReportRun::resetSummaries(const QString &groupName) {
 
 // ---- Sections ----
 
-std::optional<Band> ReportRun::format(Section &section, bool opensItsPage) {
+std::optional<Band> ReportRun::format(Section &section, bool opensItsPage, bool repeat) {
   sectionEvent(section, QStringLiteral("Format"));
   if (!section.visible)
     return std::nullopt;
-  Band band = renderer_->render(section);
+  Band band = renderer_->render(section, repeat);
   band.abovePageHeader = section.type() == SectionType::ReportHeader;
   if (opensItsPage && paginator_ && !collected_)
     paginator_->makeRoomFor(band);
@@ -377,7 +377,7 @@ std::optional<Band> ReportRun::pageTop(Section *pageHeader) {
   for (std::size_t i = 0; i < groupHeaders_.size(); ++i) {
     if (!groupOpen_[i] || groupHeaders_[i]->repeatStyle != RepeatStyle::OnPage)
       continue;
-    if (auto repeated = format(*groupHeaders_[i])) {
+    if (auto repeated = format(*groupHeaders_[i], false, true)) {
       if (!top)
         top = std::move(repeated);
       else

@@ -125,7 +125,8 @@ private:
   // Formats a section into a band. A band placed in the body opens its
   // page, if it has to, before its BeforePrint; page headers and footers
   // are formatted by the paginator itself.
-  std::optional<Band> format(Section &section, bool opensItsPage = false);
+  // A repeat is a group header printed again at the top of a page.
+  std::optional<Band> format(Section &section, bool opensItsPage = false, bool repeat = false);
   void printSection(Section *section);
   // What opens each page: the page header, then the headers of the groups
   // that go on from the page before and repeat on each page.

@@ -46,6 +46,55 @@ BandPiece shifted(const BandPiece &piece, Twips dx) {
   return moved;
 }
 
+// A value's kind and number as pages keep them beside its printed text. A
+// text that a date format shows as a date is a date.
+void classify(const Variant &value, const QString &format, ValueSource &source) {
+  switch (value.type()) {
+  case Variant::Type::Integer:
+  case Variant::Type::Long:
+  case Variant::Type::Single:
+  case Variant::Type::Double:
+  case Variant::Type::Byte:
+    source.kind = ValueKind::Number;
+    source.number = value.toDouble();
+    break;
+  case Variant::Type::Currency:
+    source.kind = ValueKind::Currency;
+    source.number = value.toDouble();
+    break;
+  case Variant::Type::Date:
+    source.kind = ValueKind::Date;
+    source.number = value.toDate().serial;
+    break;
+  case Variant::Type::Boolean:
+    source.kind = ValueKind::Boolean;
+    source.number = value.toBool() ? 1 : 0;
+    break;
+  default:
+    if (const std::optional<Date> date = textDateInFormat(value, format)) {
+      source.kind = ValueKind::Date;
+      source.number = date->serial;
+    }
+    break;
+  }
+}
+
+// Keeps a band showing open in the document while its section is
+// formatted, sub reports' bands inside it included.
+class OpenBand {
+public:
+  OpenBand(PageDocument &document, SectionType type, bool repeat)
+      : document_(document), index_(document.beginBand(BandKind(type), repeat)) {}
+  ~OpenBand() { document_.endBand(); }
+  OpenBand(const OpenBand &) = delete;
+  OpenBand &operator=(const OpenBand &) = delete;
+  std::uint32_t index() const { return index_; }
+
+private:
+  PageDocument &document_;
+  std::uint32_t index_;
+};
+
 } // namespace
 
 QString formatFieldText(const Variant &value, const QString &format) {
@@ -70,7 +119,16 @@ const SectionRenderer::FontUse &SectionRenderer::fontUse(const FontObject &font)
   return use;
 }
 
-Band SectionRenderer::render(const Section &section) {
+std::uint32_t SectionRenderer::controlIndex(const Control &control, const QString &format) {
+  // A script may change a field's format between showings.
+  auto found = controls_.find(&control);
+  if (found == controls_.end() || found->format != format)
+    found = controls_.insert(&control, {document_.internControl(control.name, format), format});
+  return found->index;
+}
+
+Band SectionRenderer::render(const Section &section, bool repeat) {
+  const OpenBand showing(document_, section.type(), repeat);
   Band band;
   band.keepTogether = section.keepTogether;
   band.newPage = section.newPage;
@@ -96,7 +154,7 @@ Band SectionRenderer::render(const Section &section) {
         above.push_back(other);
     const Twips aboveHeight = std::max<Twips>(0, round(subReport.top - cursor));
     if (aboveHeight > 0 || !above.empty())
-      band.pieces.push_back(renderPiece(section, above, round(cursor), aboveHeight));
+      band.pieces.push_back(renderPiece(section, showing.index(), above, round(cursor), aboveHeight));
     if (hooks_.subReport)
       for (const Band &inner : hooks_.subReport(subReport, round(subReport.width)))
         for (const BandPiece &piece : inner.pieces)
@@ -110,32 +168,37 @@ Band SectionRenderer::render(const Section &section) {
       rest.push_back(other);
   const Twips restHeight = std::max<Twips>(0, round(section.height - cursor));
   if (subReports.empty() || restHeight > 0 || !rest.empty())
-    band.pieces.push_back(renderPiece(section, rest, round(cursor), restHeight));
+    band.pieces.push_back(renderPiece(section, showing.index(), rest, round(cursor), restHeight));
   return band;
 }
 
-BandPiece SectionRenderer::renderPiece(const Section &section, const std::vector<std::shared_ptr<Control>> &controls,
-                                       Twips top, Twips minimumHeight) {
+BandPiece SectionRenderer::renderPiece(const Section &section, std::uint32_t showing,
+                                       const std::vector<std::shared_ptr<Control>> &controls, Twips top,
+                                       Twips minimumHeight) {
   struct Laid {
     const Control *control;
     QStringList lines;
     QString text; // before wrapping
+    ValueSource source;
     float height;
     float delta; // growth (or shrinking, below 0) against the designed height
     float shift = 0;
   };
   std::vector<Laid> laid;
   for (const auto &control : controls) {
-    Laid item{control.get(), {}, {}, control->height, 0};
+    Laid item{control.get(), {}, {}, {showing, 0, ValueKind::Text, 0}, control->height, 0};
     if (control->kind() == ControlKind::Label) {
       const auto &label = static_cast<const Label &>(*control);
+      item.source.control = controlIndex(label, {});
       item.text = label.caption;
       item.lines = fontUse(*label.font).canvas->wrap(label.caption, round(label.width));
     } else if (control->kind() == ControlKind::Field) {
       const auto &field = static_cast<const Field &>(*control);
       if (!(hooks_.pageCounter && hooks_.pageCounter(field))) {
-        const QString text =
-            formatFieldText(hooks_.value ? hooks_.value(field) : Variant(field.text), field.outputFormat);
+        const Variant value = hooks_.value ? hooks_.value(field) : Variant(field.text);
+        const QString text = formatFieldText(value, field.outputFormat);
+        item.source.control = controlIndex(field, field.outputFormat);
+        classify(value, field.outputFormat, item.source);
         const FontUse &font = fontUse(*field.font);
         item.text = text;
         item.lines = font.canvas->wrap(text, round(field.width));
@@ -191,7 +254,7 @@ BandPiece SectionRenderer::renderPiece(const Section &section, const std::vector
         continue;
       }
     }
-    drawControl(piece, *item.control, y, round(item.height), item.lines, item.text);
+    drawControl(piece, *item.control, y, round(item.height), item.lines, &item.source, item.text);
   }
   return piece;
 }
@@ -234,7 +297,7 @@ Page SectionRenderer::renderDesign(const Control &control) {
 }
 
 void SectionRenderer::drawControl(BandPiece &piece, const Control &control, Twips y, Twips height,
-                                  const QStringList &lines, const QString &whole) {
+                                  const QStringList &lines, const ValueSource *source, const QString &whole) {
   Page &page = piece.content;
   const Box box{round(control.left), y, round(control.width), height};
   switch (control.kind()) {
@@ -255,8 +318,8 @@ void SectionRenderer::drawControl(BandPiece &piece, const Control &control, Twip
       page.addText(Box{box.x, lineTop, box.width, lineHeight}, lines[i], font, rgb(control.foreColor),
                    textAlign(control.alignment));
     }
-    if (!whole.isEmpty())
-      page.markWholeText(mark, whole);
+    if (source)
+      page.markValue(mark, *source, whole);
     if (control.borderStyle == 1)
       page.addRect(RectItem{box, std::nullopt, Stroke{rgb(control.borderColor), 0, LineStyle::Solid}, 0});
     break;

@@ -41,7 +41,9 @@ public:
   SectionRenderer(PageDocument &document, Hooks hooks);
   ~SectionRenderer();
 
-  Band render(const Section &section);
+  // A repeat is a showing that prints again what was printed before (a
+  // group header at the top of each page), which the document marks.
+  Band render(const Section &section, bool repeat = false);
 
   // Design mode: one control as a designer shows it, where the layout puts
   // it in its section (twips from the section's top left corner) and at
@@ -53,12 +55,16 @@ public:
 
 private:
   struct Placed;
-  BandPiece renderPiece(const Section &section, const std::vector<std::shared_ptr<Control>> &controls, Twips top,
-                        Twips minimumHeight);
-  // lines: the text as wrapped to the control's width; whole: the text
-  // before wrapping, which the page keeps when the lines show it otherwise.
+  // showing: the document's index of the band showing the piece is part of.
+  BandPiece renderPiece(const Section &section, std::uint32_t showing,
+                        const std::vector<std::shared_ptr<Control>> &controls, Twips top, Twips minimumHeight);
+  // lines: the text as wrapped to the control's width; source: where the
+  // value came from, which the page keeps with the text before wrapping
+  // (whole); none for a control drawn in design mode.
   void drawControl(BandPiece &piece, const Control &control, Twips y, Twips height, const QStringList &lines,
-                   const QString &whole = {});
+                   const ValueSource *source = nullptr, const QString &whole = {});
+  // The document's index of a control, looked up once per control.
+  std::uint32_t controlIndex(const Control &control, const QString &format);
   // The measuring canvas and the document's font index of a control's
   // font, made once per font object and made again when it changes.
   struct FontUse {
@@ -72,6 +78,11 @@ private:
   PageDocument &document_;
   Hooks hooks_;
   QHash<const FontObject *, FontUse> fonts_;
+  struct ControlUse {
+    std::uint32_t index = 0;
+    QString format;
+  };
+  QHash<const Control *, ControlUse> controls_;
 };
 
 // The text a value shows in a format; a plain text without one.

@@ -130,12 +130,17 @@ std::vector<Command> makeCommands() {
         true},
        script},
       {{QStringLiteral("export"),
-        QStringLiteral("run a report into a PDF, XLS, HTML, RTF, TXT or TIFF file"),
+        QStringLiteral("run a report into a PDF, XLS, XLSX, HTML, RTF, TXT or TIFF file"),
         QStringLiteral("--report NAME --out FILE RANGE [OPTION]..."),
         QStringLiteral("Runs a report for a range of records and writes it to FILE; the extension gives\n"
-                       "the type: pdf, xls, html (htm), rtf, txt or tiff.\n") +
+                       "the type: pdf, xls, xlsx, html (htm), rtf, txt or tiff. A workbook (xls, xlsx)\n"
+                       "holds the report's values as a table, one row per record; --xls-layout pages\n"
+                       "lays out the texts as the printed pages show them instead.\n") +
             kRange,
-        runOptions({{QStringLiteral("--out"), QStringLiteral("FILE"), QStringLiteral("the file to write")}}),
+        runOptions({{QStringLiteral("--out"), QStringLiteral("FILE"), QStringLiteral("the file to write")},
+                    {QStringLiteral("--xls-layout"), QStringLiteral("table|pages"),
+                     QStringLiteral("a workbook's layout: the values as a table (the default) or the printed "
+                                    "pages")}}),
         {}},
        exportReport},
       {{QStringLiteral("print"),

@@ -4,9 +4,12 @@
 
 namespace kordel::host::cli {
 
-std::shared_ptr<const int> PageCountingExporter::countExportsOf(HostApplication &application, const QString &progId) {
+std::shared_ptr<const int> PageCountingExporter::countExportsOf(HostApplication &application, const QString &progId,
+                                                                const QList<QPair<QString, Variant>> &settings) {
   auto pages = std::make_shared<int>(-1);
   const ObjectRef exporter = application.createObject(progId);
+  for (const auto &[name, value] : settings)
+    exporter->set(name, value);
   application.registerProgId(
       progId, [exporter, pages] { return ObjectRef(std::make_shared<PageCountingExporter>(exporter, pages)); });
   return pages;

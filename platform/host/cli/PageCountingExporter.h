@@ -21,7 +21,9 @@ public:
   // Makes the application hand out a counting exporter for the ProgID from
   // now on, around one exporter made now: a run exports once. The result
   // holds the pages of the last export that succeeded, -1 until one has.
-  static std::shared_ptr<const int> countExportsOf(HostApplication &application, const QString &progId);
+  // The settings are made on the exporter first, by member name.
+  static std::shared_ptr<const int> countExportsOf(HostApplication &application, const QString &progId,
+                                                   const QList<QPair<QString, Variant>> &settings = {});
 
   QString typeName() const override { return exporter_->typeName(); }
   Variant call(const QString &name, Args &args) override;

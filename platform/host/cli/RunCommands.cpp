@@ -166,8 +166,11 @@ int exportReport(HostApplication &host, const Arguments &arguments) {
   const ExportTarget target = ExportTarget::check(request.outFile);
   ReportRun run(host, request);
   run.context().setFileName(target.path());
+  QList<QPair<QString, Variant>> settings;
+  if (!request.xlsLayout.isEmpty())
+    settings.append({QStringLiteral("Layout"), request.xlsLayout});
   const auto pages =
-      PageCountingExporter::countExportsOf(run.application(), QString::fromLatin1(target.exporterProgId()));
+      PageCountingExporter::countExportsOf(run.application(), QString::fromLatin1(target.exporterProgId()), settings);
 
   progress(QStringLiteral("Exporting %1 to %2").arg(run.subject(), target.path()));
   if (run.run(RunMode::Export, std::make_shared<BatchUi>()) > 0)

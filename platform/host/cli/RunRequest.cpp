@@ -107,6 +107,14 @@ RunRequest RunRequest::read(RunMode mode, const Arguments &arguments) {
   if (request.dialog && !request.printer.isEmpty())
     refuse(QStringLiteral("The printer is chosen in the print dialog: give --printer with a range and without "
                           "--dialog"));
+  request.xlsLayout = arguments.value(QStringLiteral("--xls-layout")).toLower();
+  if (arguments.has(QStringLiteral("--xls-layout")) && request.xlsLayout != QLatin1String("table") &&
+      request.xlsLayout != QLatin1String("pages"))
+    refuse(QStringLiteral("--xls-layout takes table or pages, not %1")
+               .arg(arguments.value(QStringLiteral("--xls-layout"))));
+  if (!request.xlsLayout.isEmpty() && !request.outFile.endsWith(QLatin1String(".xls"), Qt::CaseInsensitive) &&
+      !request.outFile.endsWith(QLatin1String(".xlsx"), Qt::CaseInsensitive))
+    refuse(QStringLiteral("--xls-layout is for a workbook: name an .xls or .xlsx file with --out"));
   if (arguments.has(QStringLiteral("--copies"))) {
     const QString copies = arguments.value(QStringLiteral("--copies"));
     request.copies = wholeNumber(copies, QStringLiteral("--copies"));

@@ -49,6 +49,8 @@ struct RunRequest {
   int copies = 0; // 0 leaves the number to the report and printer
   // A print that opens the print dialog: --dialog, or no range given.
   bool dialog = false;
+  // --xls-layout: "table" or "pages" for a workbook; empty for the default.
+  QString xlsLayout;
 
   // The request of the command's words, read by the shared parser. Raises
   // 5 for a missing --report (or --out for an export), no range (but for a

@@ -6,6 +6,7 @@
 #include "engine/export/HtmlExporter.h"
 #include "engine/export/PdfExporter.h"
 #include "engine/export/TextExporter.h"
+#include "engine/export/XlsExporter.h"
 #include "engine/format/LayoutFormat.h"
 #include <QFile>
 #include "engine/model/Controls.h"
@@ -14,6 +15,9 @@
 #include "engine/render/PageDocument.h"
 
 #include "support/TempDir.h"
+#include "support/XlsReader.h"
+
+#include "../export/OfficeConversion.h"
 
 #include <QProcess>
 #include <QRegularExpression>
@@ -303,6 +307,114 @@ TEST(ReportRunTest, TextAndWebExportsKeepTheWholeValueThatThePageCuts) {
   EXPECT_EQ(html.count(QStringLiteral("Müller Maschinenbau GmbH &amp; Co. KG")), 1);
   EXPECT_TRUE(html.contains(QStringLiteral("first line<br>second line")));
   EXPECT_TRUE(html.contains(QStringLiteral(">Short AB<")));
+}
+
+// A workbook of a run holds its values as a table: a row per band showing,
+// values typed, page headers and footers and repeated group headers left
+// out, the first page header kept in view; the printed look stays
+// available as the pages layout.
+TEST(ReportRunTest, AWorkbookHoldsTheRunsValuesAsATable) {
+  auto report = customerList();
+  report->sections()->find("GroupHeader1")->repeatStyle = RepeatStyle::OnPage;
+  Section &detail = *report->sections()->find("Detail");
+  addField(detail, "since", 5200, 1200)->outputFormat = "yyyy-mm-dd";
+  addField(detail, "active", 6500, 600);
+  addField(detail, "note", 7200, 1500);
+  std::vector<RowValues> rows = customers(120);
+  for (int i = 0; i < int(rows.size()); ++i) {
+    rows[i]["since"] = Variant(Date{45000.0 + i});
+    rows[i]["active"] = Variant(i % 2 == 0);
+    rows[i]["note"] = Variant(i == 0 ? QStringLiteral("first line\nsecond line")
+                                     : QStringLiteral("A note long enough to be cut at the field's width %1").arg(i));
+  }
+  auto source = std::make_shared<RowSource>(report, rows);
+  report->setEventSink(source);
+  report->run();
+  const PageDocument &pages = *report->pages();
+  ASSERT_GT(pages.pageCount(), 2);
+
+  test::TempDir dir;
+  const QString xls = dir.file("table.xls");
+  XlsExporter().exportDocument(pages, xls);
+  QString error;
+  const auto book = test::readWorkbook(xls, &error);
+  ASSERT_TRUE(book) << error.toStdString();
+  const auto text = [&](int row, int column) {
+    const test::ReadCell *cell = book->cell(row, column);
+    return cell ? cell->text : QStringLiteral("<none>");
+  };
+  // Report header, the page header once, and per city its header, its
+  // rows and its count; then the total.
+  int lastRow = 0;
+  for (const auto &[place, cell] : book->cells) {
+    lastRow = std::max(lastRow, place.first);
+    EXPECT_FALSE(cell.text.startsWith("Page") || cell.text == "of") << "page furniture at row " << place.first;
+  }
+  EXPECT_EQ(lastRow + 1, 2 + 3 * 2 + 120 + 1);
+  EXPECT_EQ(text(0, 0), "Customer list");
+  EXPECT_EQ(text(1, 0), "Name");
+  EXPECT_EQ(book->frozenRows, 2);
+  EXPECT_EQ(text(2, 0), "Lund");
+  EXPECT_TRUE(book->cell(2, 0)->font.bold) << "group headers are bold";
+
+  // Columns by the controls' left edges: name 0, the total 1100, the
+  // count 2100, amount 3500, since 5200, active 6500, note 7200.
+  const test::ReadCell *name = book->cell(3, 0);
+  ASSERT_TRUE(name);
+  EXPECT_EQ(name->text, "Customer 001");
+  EXPECT_FALSE(name->font.bold);
+  const test::ReadCell *amount = book->cell(3, 3);
+  ASSERT_TRUE(amount && amount->isNumber);
+  EXPECT_EQ(amount->number, 1);
+  const test::ReadCell *since = book->cell(3, 4);
+  ASSERT_TRUE(since && since->isNumber);
+  EXPECT_EQ(since->number, 45000);
+  EXPECT_EQ(since->numberFormat, "yyyy-mm-dd");
+  const test::ReadCell *active = book->cell(3, 5);
+  ASSERT_TRUE(active && active->isBoolean);
+  EXPECT_EQ(active->number, 1);
+  const test::ReadCell *note = book->cell(3, 6);
+  ASSERT_TRUE(note);
+  EXPECT_EQ(note->text, "first line\nsecond line");
+  EXPECT_TRUE(note->wrap);
+  EXPECT_EQ(text(4, 6), "A note long enough to be cut at the field's width 1");
+  EXPECT_EQ(text(3 + 40, 0), "Customers:") << "the first city's 40 rows, then its count";
+  ASSERT_TRUE(book->cell(3 + 40, 2));
+  EXPECT_EQ(book->cell(3 + 40, 2)->number, 40);
+  const test::ReadCell *total = book->cell(lastRow, 1);
+  ASSERT_TRUE(total && total->isNumber);
+  EXPECT_EQ(total->number, 120 * 121 / 2);
+  EXPECT_EQ(total->numberFormat, "#,##0.00");
+
+  // The printed look: the pages' lines, footers and all.
+  const QString printed = dir.file("pages.xls");
+  XlsExporter pagesExporter;
+  pagesExporter.layout = SpreadsheetLayout::Pages;
+  pagesExporter.exportDocument(pages, printed);
+  const auto pagesBook = test::readWorkbook(printed, &error);
+  ASSERT_TRUE(pagesBook) << error.toStdString();
+  int footers = 0;
+  for (const auto &[place, cell] : pagesBook->cells)
+    footers += cell.text == "Page";
+  EXPECT_EQ(footers, pages.pageCount());
+
+  // The same table in the newer format, as a spreadsheet program reads it.
+  if (test::officeConverter().isEmpty())
+    return;
+  const QString xlsx = dir.file("table.xlsx");
+  XlsxExporter().exportDocument(pages, xlsx);
+  const QString flat = test::convertWithOffice(xlsx, "fods", dir.path());
+  ASSERT_FALSE(flat.isEmpty());
+  const test::FlatSheet sheet = test::parseFlatSheet(test::readFile(flat));
+  ASSERT_EQ(sheet.rows.size(), std::size_t(lastRow + 1));
+  const std::vector<test::FlatCell> &first = sheet.rows[3];
+  ASSERT_EQ(first.size(), 7u);
+  EXPECT_EQ(first[0].text, "Customer 001");
+  EXPECT_EQ(first[3].type, "float");
+  EXPECT_EQ(first[4].type, "date");
+  EXPECT_EQ(first[4].value, "2023-03-15");
+  EXPECT_EQ(first[5].text, "TRUE") << "a truth value, which the program reads as a number shown as one";
+  EXPECT_EQ(first[6].text, "first line\nsecond line");
 }
 
 // The same report script in both languages: rows made by the script

@@ -29,6 +29,11 @@ constexpr std::uint16_t Row = 0x0208;
 constexpr std::uint16_t LabelSst = 0x00FD;
 constexpr std::uint16_t Number = 0x0203;
 constexpr std::uint16_t Window2 = 0x023E;
+constexpr std::uint16_t Format = 0x041E;
+constexpr std::uint16_t Pane = 0x0041;
+constexpr std::uint16_t Guts = 0x0080;
+constexpr std::uint16_t WsBool = 0x0081;
+constexpr std::uint16_t BoolErr = 0x0205;
 } // namespace Record
 
 // Little-endian values appended to a byte array: the payload of a record.

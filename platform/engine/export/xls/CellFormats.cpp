@@ -31,10 +31,16 @@ constexpr std::uint8_t kStyleLeavesAll = 0xF4;
 // The system window colours as pattern foreground and background.
 constexpr std::uint16_t kDefaultPatternColors = 0x20C0;
 
+// Number formats from this index on are the workbook's own.
+constexpr std::uint16_t kFirstCustomNumberFormat = 164;
+constexpr std::uint8_t kWrapText = 0x08;
+// Attribute of a format that sets its own number format.
+constexpr std::uint8_t kOwnNumberFormat = 0x04;
+
 // Font record 4 does not exist: the fifth FONT record has index 5.
 std::uint16_t fontIndexOfRecord(int record) { return std::uint16_t(record < 4 ? record : record + 1); }
 
-Bytes fontPayload(const PageFont &font) {
+Bytes fontPayload(const PageFont &font, bool bold) {
   std::uint16_t flags = 0;
   if (font.italic)
     flags |= kItalic;
@@ -44,7 +50,7 @@ Bytes fontPayload(const PageFont &font) {
   bytes.u16(std::uint16_t(std::lround(font.pointSize * kTwipsPerPoint)))
       .u16(flags)
       .u16(kAutomaticColor)
-      .u16(font.bold ? kBoldWeight : kNormalWeight)
+      .u16(font.bold || bold ? kBoldWeight : kNormalWeight)
       .u16(0) // neither superscript nor subscript
       .u8(font.underline ? kSingleUnderline : 0)
       .u8(0) // family
@@ -54,10 +60,11 @@ Bytes fontPayload(const PageFont &font) {
   return bytes;
 }
 
-Bytes formatRecord(std::uint16_t font, std::uint16_t flags, std::uint8_t alignment, std::uint8_t ownAttributes) {
+Bytes formatRecord(std::uint16_t font, std::uint16_t numberFormat, std::uint16_t flags, std::uint8_t alignment,
+                   std::uint8_t ownAttributes) {
   Bytes bytes;
   bytes.u16(font)
-      .u16(0) // the General number format
+      .u16(numberFormat)
       .u16(flags)
       .u8(alignment)
       .u8(0) // no rotation
@@ -80,28 +87,44 @@ std::uint8_t horizontalAlignment(TextAlign align) {
 
 } // namespace
 
-int CellFormats::fontRecord(int font) {
-  const auto found = fontRecords_.constFind(font);
+int CellFormats::fontRecord(int font, bool bold) {
+  const quint64 key = (quint64(quint32(font)) << 1) | quint64(bold);
+  const auto found = fontRecords_.constFind(key);
   if (found != fontRecords_.cend())
     return *found;
   const int record = int(fonts_.size());
-  fonts_.push_back(font);
-  fontRecords_.insert(font, record);
+  fonts_.push_back(FontUse{font, bold});
+  fontRecords_.insert(key, record);
   return record;
 }
 
-std::uint16_t CellFormats::cellFormat(int font, TextAlign align) {
-  const quint64 key = (quint64(quint32(font)) << 8) | quint64(align);
+std::uint16_t CellFormats::numberFormat(const QString &code) {
+  if (code.isEmpty())
+    return 0; // General
+  const auto found = numberFormatIndex_.constFind(code);
+  if (found != numberFormatIndex_.cend())
+    return *found;
+  const auto index = std::uint16_t(kFirstCustomNumberFormat + numberFormats_.size());
+  numberFormats_.push_back(code);
+  numberFormatIndex_.insert(code, index);
+  return index;
+}
+
+std::uint16_t CellFormats::cellFormat(const SheetCell &cell) {
+  const QString key =
+      QStringLiteral("%1|%2|%3|%4|").arg(cell.font).arg(int(cell.bold)).arg(int(cell.align)).arg(int(cell.wrap)) +
+      cell.numberFormat;
   const auto found = formatIndex_.constFind(key);
   if (found != formatIndex_.cend())
     return *found;
   if (kStyleFormats + 1 + int(formats_.size()) >= kMaxFormats)
     raiseError(ErrorNumber::InvalidCall, QStringLiteral("XlsExporter"),
-               QStringLiteral("The pages use more combinations of font and alignment than the %1 cell formats a "
-                              "workbook can have")
+               QStringLiteral("The cells use more combinations of font, number format and alignment than the %1 "
+                              "cell formats a workbook can have")
                    .arg(kMaxFormats));
   const auto index = std::uint16_t(kStyleFormats + 1 + formats_.size());
-  formats_.push_back(CellFormat{fontRecord(font), align});
+  formats_.push_back(
+      CellFormat{fontRecord(cell.font, cell.bold), numberFormat(cell.numberFormat), cell.align, cell.wrap});
   formatIndex_.insert(key, index);
   return index;
 }
@@ -109,21 +132,26 @@ std::uint16_t CellFormats::cellFormat(int font, TextAlign align) {
 void CellFormats::write(BiffStream &stream) const {
   const PageFont builtIn;
   for (int i = 0; i < kBuiltInFonts; ++i)
-    stream.record(Record::Font, fontPayload(builtIn));
-  for (const int font : fonts_)
-    stream.record(Record::Font, fontPayload(document_.font(font)));
+    stream.record(Record::Font, fontPayload(builtIn, false));
+  for (const FontUse &use : fonts_)
+    stream.record(Record::Font, fontPayload(document_.font(use.font), use.bold));
+  for (std::size_t i = 0; i < numberFormats_.size(); ++i)
+    stream.record(Record::Format,
+                  Bytes().u16(std::uint16_t(kFirstCustomNumberFormat + i)).unicode(numberFormats_[i], 2));
 
   // The style formats: Normal with font 0, then the built-in styles' own
   // formats as every workbook carries them.
   static const std::uint16_t styleFonts[kStyleFormats] = {0, 1, 1, 2, 2, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0};
   for (int i = 0; i < kStyleFormats; ++i)
     stream.record(Record::Xf,
-                  formatRecord(styleFonts[i], kStyleFormatFlags, kBottomAligned, i == 0 ? 0 : kStyleLeavesAll));
-  stream.record(Record::Xf, formatRecord(0, kCellFormatFlags, kBottomAligned, 0));
+                  formatRecord(styleFonts[i], 0, kStyleFormatFlags, kBottomAligned, i == 0 ? 0 : kStyleLeavesAll));
+  stream.record(Record::Xf, formatRecord(0, 0, kCellFormatFlags, kBottomAligned, 0));
   for (const CellFormat &format : formats_)
-    stream.record(Record::Xf,
-                  formatRecord(fontIndexOfRecord(kBuiltInFonts + format.fontRecord), kCellFormatFlags,
-                               kBottomAligned | horizontalAlignment(format.align), kOwnFont | kOwnAlignment));
+    stream.record(
+        Record::Xf,
+        formatRecord(fontIndexOfRecord(kBuiltInFonts + format.fontRecord), format.numberFormat, kCellFormatFlags,
+                     std::uint8_t(kBottomAligned | horizontalAlignment(format.align) | (format.wrap ? kWrapText : 0)),
+                     std::uint8_t(kOwnFont | kOwnAlignment | (format.numberFormat ? kOwnNumberFormat : 0))));
 
   // The Normal style, built in, on format 0.
   stream.record(Record::Style, Bytes().u16(0x8000).u8(0).u8(0xFF));

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "engine/export/xls/BiffStream.h"
+#include "engine/export/xls/SheetContent.h"
 #include "engine/render/PageDocument.h"
 
 #include <QHash>
@@ -10,11 +11,12 @@
 
 namespace kordel::engine::xls {
 
-// The fonts and cell formats (XF records) of a workbook. Cells refer to a
-// format; a format names a font and an alignment. The workbook starts with
+// The fonts, number formats and cell formats (XF records) of a workbook.
+// Cells refer to a cell format; a cell format names a font, a number
+// format, an alignment and whether text wraps. The workbook starts with
 // the five fonts and sixteen formats that every workbook has, then gets
-// one font per document font its cells use and one format per font and
-// alignment they use.
+// one font per document font (plain or made bold) and one number format
+// per format code its cells use, and one cell format per combination.
 class CellFormats {
 public:
   // The formats a workbook can have.
@@ -24,27 +26,35 @@ public:
 
   explicit CellFormats(const PageDocument &document) : document_(document) {}
 
-  // The index of the format for a cell in a font of the document's table
-  // with an alignment, added on first use. Raises 5 beyond the formats a
-  // workbook can have.
-  std::uint16_t cellFormat(int font, TextAlign align);
+  // The index of the format for the cell, added on first use. Raises 5
+  // beyond the formats a workbook can have.
+  std::uint16_t cellFormat(const SheetCell &cell);
 
-  // The FONT, XF and STYLE records.
+  // The FONT, FORMAT, XF and STYLE records.
   void write(BiffStream &stream) const;
 
 private:
   struct CellFormat {
     int fontRecord; // position among the document's fonts written
+    std::uint16_t numberFormat;
     TextAlign align;
+    bool wrap;
+  };
+  struct FontUse {
+    int font;
+    bool bold;
   };
 
-  int fontRecord(int font);
+  int fontRecord(int font, bool bold);
+  std::uint16_t numberFormat(const QString &code);
 
   const PageDocument &document_;
-  std::vector<int> fonts_; // document font indices in the order written
-  QHash<int, int> fontRecords_;
+  std::vector<FontUse> fonts_; // in the order written
+  QHash<quint64, int> fontRecords_;
+  std::vector<QString> numberFormats_; // from the first custom index on
+  QHash<QString, std::uint16_t> numberFormatIndex_;
   std::vector<CellFormat> formats_;
-  QHash<quint64, std::uint16_t> formatIndex_;
+  QHash<QString, std::uint16_t> formatIndex_;
 };
 
 } // namespace kordel::engine::xls

@@ -1,6 +1,6 @@
 #include "engine/export/xls/SheetLayout.h"
 
-#include "core/Error.h"
+#include "engine/export/xls/CellValue.h"
 
 #include <algorithm>
 #include <tuple>
@@ -8,8 +8,6 @@
 namespace kordel::engine::xls {
 
 namespace {
-
-const QString kSource = QStringLiteral("XlsExporter");
 
 // The index of the group a value belongs to: the last group starting at or
 // before it.
@@ -37,34 +35,82 @@ template <class Visit> void forEachText(const Page &page, Visit visit) {
   }
 }
 
-std::vector<Twips> columnEdges(const PageDocument &document) {
+class PageSheet : public SheetContent {
+public:
+  explicit PageSheet(const PageDocument &document);
+
+  int rowCount() const override { return int(rows_.size()); }
+  const std::vector<Twips> &columnWidths() const override { return widths_; }
+  int frozenRows() const override { return 0; }
+  int deepestOutlineLevel() const override { return 0; }
+  void forEachRow(const std::function<void(const SheetRow &row)> &visit) const override {
+    for (const SheetRow &row : rows_)
+      visit(row);
+  }
+
+private:
+  std::vector<SheetRow> rows_;
+  std::vector<Twips> widths_;
+};
+
+PageSheet::PageSheet(const PageDocument &document) {
   std::vector<Twips> lefts;
   for (int index = 0; index < document.pageCount(); ++index)
     forEachText(document.page(index), [&](const TextRun &run, const QString &) { lefts.push_back(run.box.x); });
-  std::vector<Twips> edges = groupStarts(std::move(lefts), kColumnTolerance);
-  if (int(edges.size()) > kMaxSheetColumns)
-    raiseError(ErrorNumber::InvalidCall, kSource,
-               QStringLiteral("The pages have texts at %1 different left edges, but a worksheet has only %2 columns")
-                   .arg(edges.size())
-                   .arg(kMaxSheetColumns));
-  return edges;
-}
+  const std::vector<Twips> edges = groupStarts(std::move(lefts), kColumnTolerance);
 
-// Joins the texts that landed in the same cell; the first text gives the
-// cell its font and alignment.
-std::vector<SheetCell> mergeCells(std::vector<PlacedRun> runs) {
+  std::vector<PlacedRun> runs;
+  for (int index = 0; index < document.pageCount(); ++index) {
+    const Page &page = document.page(index);
+    std::vector<Twips> tops;
+    forEachText(page, [&](const TextRun &run, const QString &) { tops.push_back(run.box.y); });
+    const std::vector<Twips> lines = groupStarts(std::move(tops), kRowTolerance);
+    const int firstRow = rowCount();
+    rows_.resize(rows_.size() + lines.size());
+    forEachText(page, [&](const TextRun &run, QString text) {
+      const int row = firstRow + groupOf(lines, run.box.y);
+      rows_[std::size_t(row)].height = std::max(rows_[std::size_t(row)].height, run.box.height);
+      runs.push_back(PlacedRun{row, groupOf(edges, run.box.x), run.box.x, run.box.x + run.box.width, std::move(text),
+                               run.font, run.align});
+    });
+  }
+
+  // A column is as wide as the gap to the next one; the last as wide as
+  // its widest text.
+  widths_.resize(edges.size(), 0);
+  for (std::size_t column = 0; column + 1 < edges.size(); ++column)
+    widths_[column] = edges[column + 1] - edges[column];
+  for (const PlacedRun &run : runs) {
+    if (run.column + 1 == int(edges.size()))
+      widths_.back() = std::max(widths_.back(), run.right - edges.back());
+  }
+
+  // Texts that landed in the same cell are joined; the first gives the
+  // cell its font and alignment.
   std::sort(runs.begin(), runs.end(), [](const PlacedRun &a, const PlacedRun &b) {
     return std::tie(a.row, a.column, a.x) < std::tie(b.row, b.column, b.x);
   });
-  std::vector<SheetCell> cells;
+  const PlacedRun *previous = nullptr;
   for (PlacedRun &run : runs) {
-    if (!cells.empty() && cells.back().row == run.row && cells.back().column == run.column) {
+    std::vector<SheetCell> &cells = rows_[std::size_t(run.row)].cells;
+    if (previous && previous->row == run.row && previous->column == run.column) {
       cells.back().text += QLatin1Char(' ') + run.text;
-      continue;
+    } else {
+      SheetCell cell;
+      cell.column = run.column;
+      cell.text = std::move(run.text);
+      cell.font = run.font;
+      cell.align = run.align;
+      cells.push_back(std::move(cell));
     }
-    cells.push_back(SheetCell{run.row, run.column, std::move(run.text), run.font, run.align});
+    previous = &run;
   }
-  return cells;
+  for (SheetRow &row : rows_)
+    for (SheetCell &cell : row.cells)
+      if (const std::optional<double> number = plainNumber(cell.text)) {
+        cell.kind = SheetCell::Kind::Number;
+        cell.number = *number;
+      }
 }
 
 } // namespace
@@ -79,42 +125,6 @@ std::vector<Twips> groupStarts(std::vector<Twips> values, Twips tolerance) {
   return starts;
 }
 
-SheetLayout layoutSheet(const PageDocument &document) {
-  const std::vector<Twips> edges = columnEdges(document);
-  SheetLayout sheet;
-  std::vector<PlacedRun> runs;
-  for (int index = 0; index < document.pageCount(); ++index) {
-    const Page &page = document.page(index);
-    std::vector<Twips> tops;
-    forEachText(page, [&](const TextRun &run, const QString &) { tops.push_back(run.box.y); });
-    const std::vector<Twips> lines = groupStarts(std::move(tops), kRowTolerance);
-    const int firstRow = sheet.rowCount();
-    if (firstRow + qsizetype(lines.size()) > kMaxSheetRows)
-      raiseError(ErrorNumber::InvalidCall, kSource,
-                 QStringLiteral("Page %1 would end beyond row %2, the last row of a worksheet; the pages have too "
-                                "many lines of text for one worksheet")
-                     .arg(index + 1)
-                     .arg(kMaxSheetRows));
-    sheet.rowHeights.resize(sheet.rowHeights.size() + lines.size(), 0);
-    forEachText(page, [&](const TextRun &run, QString text) {
-      const int row = firstRow + groupOf(lines, run.box.y);
-      sheet.rowHeights[row] = std::max(sheet.rowHeights[row], run.box.height);
-      runs.push_back(PlacedRun{row, groupOf(edges, run.box.x), run.box.x, run.box.x + run.box.width, std::move(text),
-                               run.font, run.align});
-    });
-  }
-
-  // A column is as wide as the gap to the next one; the last as wide as
-  // its widest text.
-  sheet.columnWidths.resize(edges.size(), 0);
-  for (std::size_t column = 0; column + 1 < edges.size(); ++column)
-    sheet.columnWidths[column] = edges[column + 1] - edges[column];
-  for (const PlacedRun &run : runs) {
-    if (run.column + 1 == int(edges.size()))
-      sheet.columnWidths.back() = std::max(sheet.columnWidths.back(), run.right - edges.back());
-  }
-  sheet.cells = mergeCells(std::move(runs));
-  return sheet;
-}
+std::unique_ptr<SheetContent> pageSheet(const PageDocument &document) { return std::make_unique<PageSheet>(document); }
 
 } // namespace kordel::engine::xls
