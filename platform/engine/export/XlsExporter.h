@@ -16,8 +16,9 @@ SpreadsheetLayout spreadsheetLayoutNamed(const QString &name, const QString &sou
 
 // Writes the pages of a document to a workbook in the BIFF8 format (the
 // .xls of the 97 to 2003 programs), one worksheet "Report". As a table (see
-// xls/ReportTable.h), which pages without values from a run fall back to,
-// or as the pages show their texts: the texts' left edges over all pages
+// xls/ReportTable.h), which pages without a run's values (drawn by a
+// script, or made for the printer or the preview alone) fall back to, or
+// as the pages show their texts: the texts' left edges over all pages
 // make the columns and each page's lines the rows, texts that plainly show
 // a number ("42", "-3.5", "1,234.50") become numbers and every other text
 // stays text, even one that starts like a formula. Lines, shapes and

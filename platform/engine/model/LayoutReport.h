@@ -185,7 +185,9 @@ private:
   LayoutReport();
   // The run that made the current pages, with its scripts, so that events
   // after it reach the scripts as they were left.
-  std::unique_ptr<ReportRun> runOntoNewPages(bool terminateAtEnd = true);
+  // keepValues: the pages keep the values they print (PageDocument::
+  // setKeepsValues), for exports that hold data.
+  std::unique_ptr<ReportRun> runOntoNewPages(bool terminateAtEnd = true, bool keepValues = true);
   std::unique_ptr<Output> startOutput();
   // Raises the run's ActiveReport_Terminate when the output holds it back;
   // after a failure an error of the handlers is dropped.

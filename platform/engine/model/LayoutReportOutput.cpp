@@ -49,8 +49,9 @@ LayoutReport::LayoutReport() = default;
 
 LayoutReport::~LayoutReport() = default;
 
-std::unique_ptr<ReportRun> LayoutReport::runOntoNewPages(bool terminateAtEnd) {
+std::unique_ptr<ReportRun> LayoutReport::runOntoNewPages(bool terminateAtEnd, bool keepValues) {
   pages_ = std::make_shared<PageDocument>();
+  pages_->setKeepsValues(keepValues);
   runErrors_.clear();
   auto run = std::make_unique<ReportRun>(*this, *pages_);
   run->run(terminateAtEnd);
@@ -65,7 +66,8 @@ std::unique_ptr<LayoutReport::Output> LayoutReport::startOutput() {
     // the events.
     output->events = std::make_unique<ReportRun>(*this, *pages_);
   } else {
-    output->events = runOntoNewPages(false);
+    // Pages for the printer or the preview alone, which no export reads.
+    output->events = runOntoNewPages(false, false);
     output->terminatePending = true;
   }
   output->pages = pages_;

@@ -10,6 +10,7 @@ namespace kordel::engine {
 // The items stay small: a text run is the most common item and costs this
 // much plus its characters.
 static_assert(sizeof(PageItem) <= 48, "page items must stay compact");
+static_assert(sizeof(PrintedValue) <= 32, "printed values must stay compact");
 
 void Page::setSize(Twips width, Twips height) {
   width_ = width;
@@ -51,12 +52,14 @@ void Page::markValue(std::uint32_t mark, const ValueSource &source, const QStrin
   if (runs == 0)
     return;
   PrintedValue value;
-  value.source_ = source;
+  value.number_ = source.number;
+  value.band_ = source.band;
+  value.control_ = source.control;
+  value.kind_ = source.kind;
   value.runsBegin_ = mark;
   value.runsEnd_ = end;
   // One run showing the value as it is needs nothing more.
   if (runs > 1 || QStringView(textPool_).sliced(qsizetype(mark), qsizetype(end - mark)) != whole) {
-    value.wholeOffset_ = end;
     value.wholeLength_ = std::uint32_t(whole.size());
     textPool_.append(whole);
   }
@@ -77,7 +80,7 @@ const PrintedValue *Page::valueOf(const TextRun &run) const {
 QString Page::text(const PrintedValue &value) const {
   if (value.printedWhole())
     return textPool_.sliced(qsizetype(value.runsBegin_), qsizetype(value.runsEnd_ - value.runsBegin_));
-  return textPool_.sliced(qsizetype(value.wholeOffset_), qsizetype(value.wholeLength_));
+  return textPool_.sliced(qsizetype(value.runsEnd_), qsizetype(value.wholeLength_));
 }
 
 void Page::addPage(const Page &other, Twips dx, Twips dy) {
@@ -93,7 +96,7 @@ void Page::addPage(const Page &other, Twips dx, Twips dy) {
             addText(Box{shape.box.x + dx, shape.box.y + dy, shape.box.width, shape.box.height}, other.text(shape),
                     shape.font, shape.color, shape.align);
             if (value != other.values_.end() && shape.textOffset_ + shape.textLength_ == value->runsEnd_) {
-              markValue(mark, value->source_, other.text(*value));
+              markValue(mark, value->source(), other.text(*value));
               ++value;
             }
           } else if constexpr (std::is_same_v<T, LineItem>) {

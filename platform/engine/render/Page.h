@@ -114,17 +114,19 @@ struct ValueSource {
 // bound to the printed look take that.
 class PrintedValue {
 public:
-  const ValueSource &source() const { return source_; }
+  ValueSource source() const { return {band_, control_, kind_, number_}; }
   // Whether one run shows the whole text.
   bool printedWhole() const { return wholeLength_ == 0; }
 
 private:
   friend class Page;
-  ValueSource source_;
-  std::uint32_t runsBegin_ = 0; // where its first run's text begins in the pool
-  std::uint32_t runsEnd_ = 0;   // where its last run's text ends
-  std::uint32_t wholeOffset_ = 0;
-  std::uint32_t wholeLength_ = 0;
+  double number_ = 0;
+  std::uint32_t band_ = 0;
+  std::uint32_t control_ = 0;
+  std::uint32_t runsBegin_ = 0;   // where its first run's text begins in the pool
+  std::uint32_t runsEnd_ = 0;     // where its last run's text ends, and the whole text begins
+  std::uint32_t wholeLength_ = 0; // 0 when the runs show the whole text
+  ValueKind kind_ = ValueKind::Text;
 };
 
 // The display list of one finished page: its size and the items in painting

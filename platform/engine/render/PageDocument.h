@@ -64,6 +64,14 @@ public:
   // Raises 9 for an index out of range.
   const QImage &image(int index) const;
 
+  // Whether the run keeps, beside the printed texts, the values they show
+  // and where they came from (band showings, controls), which exports that
+  // hold data rather than the printed look need. On at first; a run for
+  // the printer or the preview alone turns it off, so that its pages cost
+  // no more than they show.
+  void setKeepsValues(bool keeps) { keepsValues_ = keeps; }
+  bool keepsValues() const { return keepsValues_; }
+
   // The band showings of the run, numbered in the order they began. A
   // showing that begins while another is open (a sub report's band inside
   // its section) stands one deeper. Raises 6 beyond 2^32 showings.
@@ -104,6 +112,7 @@ private:
   std::vector<QImage> images_;
   QHash<qint64, int> imageByKey_;
   QMultiHash<size_t, int> imageByContent_;
+  bool keepsValues_ = true;
   std::vector<BandShowing> bands_;
   std::uint8_t openBands_ = 0;
   std::vector<ControlSource> controls_;

@@ -84,8 +84,11 @@ void classify(const Variant &value, const QString &format, ValueSource &source) 
 class OpenBand {
 public:
   OpenBand(PageDocument &document, SectionType type, bool repeat)
-      : document_(document), index_(document.beginBand(BandKind(type), repeat)) {}
-  ~OpenBand() { document_.endBand(); }
+      : document_(document), index_(document.keepsValues() ? document.beginBand(BandKind(type), repeat) : 0) {}
+  ~OpenBand() {
+    if (document_.keepsValues())
+      document_.endBand();
+  }
   OpenBand(const OpenBand &) = delete;
   OpenBand &operator=(const OpenBand &) = delete;
   std::uint32_t index() const { return index_; }
@@ -189,7 +192,8 @@ BandPiece SectionRenderer::renderPiece(const Section &section, std::uint32_t sho
     Laid item{control.get(), {}, {}, {showing, 0, ValueKind::Text, 0}, control->height, 0};
     if (control->kind() == ControlKind::Label) {
       const auto &label = static_cast<const Label &>(*control);
-      item.source.control = controlIndex(label, {});
+      if (document_.keepsValues())
+        item.source.control = controlIndex(label, {});
       item.text = label.caption;
       item.lines = fontUse(*label.font).canvas->wrap(label.caption, round(label.width));
     } else if (control->kind() == ControlKind::Field) {
@@ -197,8 +201,10 @@ BandPiece SectionRenderer::renderPiece(const Section &section, std::uint32_t sho
       if (!(hooks_.pageCounter && hooks_.pageCounter(field))) {
         const Variant value = hooks_.value ? hooks_.value(field) : Variant(field.text);
         const QString text = formatFieldText(value, field.outputFormat);
-        item.source.control = controlIndex(field, field.outputFormat);
-        classify(value, field.outputFormat, item.source);
+        if (document_.keepsValues()) {
+          item.source.control = controlIndex(field, field.outputFormat);
+          classify(value, field.outputFormat, item.source);
+        }
         const FontUse &font = fontUse(*field.font);
         item.text = text;
         item.lines = font.canvas->wrap(text, round(field.width));
@@ -254,7 +260,8 @@ BandPiece SectionRenderer::renderPiece(const Section &section, std::uint32_t sho
         continue;
       }
     }
-    drawControl(piece, *item.control, y, round(item.height), item.lines, &item.source, item.text);
+    drawControl(piece, *item.control, y, round(item.height), item.lines,
+                document_.keepsValues() ? &item.source : nullptr, item.text);
   }
   return piece;
 }

@@ -6,6 +6,7 @@
 
 #include "engine/export/XlsExporter.h"
 #include "engine/export/XlsExporterObject.h"
+#include "engine/export/xls/XlsxWorkbook.h"
 #include "engine/render/PagesObject.h"
 
 #include "support/ErrorCapture.h"
@@ -485,6 +486,51 @@ TEST_F(XlsExportInSpreadsheet, UnicodeAndLongTextsArriveIntact) {
     const int row = ListDocument::kFirstPageLines + 2 + i;
     EXPECT_EQ(field(rows, row, 3), list.secondRows[i].note) << "row " << row;
   }
+}
+
+} // namespace
+
+namespace {
+
+// Rows of one number each, as many as asked for, below a heading of one
+// frozen row.
+class CountingSheet : public xls::SheetContent {
+public:
+  explicit CountingSheet(int rows) : rows_(rows) {}
+  int rowCount() const override { return rows_; }
+  const std::vector<Twips> &columnWidths() const override { return widths_; }
+  int frozenRows() const override { return 1; }
+  int deepestOutlineLevel() const override { return 0; }
+  void forEachRow(const std::function<void(const xls::SheetRow &row)> &visit) const override {
+    xls::SheetRow row;
+    row.height = 300;
+    row.cells.resize(1);
+    row.cells[0].text = QStringLiteral("Number");
+    visit(row);
+    row.cells[0].kind = xls::SheetCell::Kind::Number;
+    for (int i = 1; i < rows_; ++i) {
+      row.cells[0].number = i;
+      visit(row);
+    }
+  }
+
+private:
+  int rows_;
+  std::vector<Twips> widths_{2000};
+};
+
+// The newer format has no limit of its own: rows beyond a worksheet's go on
+// to the next worksheet, whose names the archive lists.
+TEST(XlsxWorkbook, RowsBeyondAWorksheetGoOnToTheNext) {
+  TempDir dir;
+  PageDocument document;
+  document.internFont(PageFont{});
+  const QString path = dir.file(QStringLiteral("long.xlsx"));
+  xls::writeXlsxWorkbook(document, CountingSheet(1048576 + 10), path, QStringLiteral("test"));
+  const QByteArray archive = test::readFile(path);
+  EXPECT_TRUE(archive.contains("xl/worksheets/sheet1.xml"));
+  EXPECT_TRUE(archive.contains("xl/worksheets/sheet2.xml"));
+  EXPECT_FALSE(archive.contains("xl/worksheets/sheet3.xml"));
 }
 
 } // namespace
