@@ -25,6 +25,7 @@ XmlDocument &PropertyStorage::GetDocument() {
 }
 
 void PropertyStorage::ResetDocument() {
+  index_.clear();
   document_ = XmlDocument::create();
   document_->setAsync(false);
   document_->setValidateOnParse(true);
@@ -40,12 +41,14 @@ Dictionary &PropertyStorage::cache() {
 
 void PropertyStorage::Clear() {
   document_.reset();
+  index_.clear();
   if (cache_)
     cache_->removeAll();
 }
 
 void PropertyStorage::Load(const Variant &source) {
   document_.reset();
+  index_.clear();
   document_ = XmlDocument::create();
   document_->setAsync(false);
   document_->setValidateOnParse(true);
@@ -90,11 +93,27 @@ QString PropertyStorage::GetSectionPath(const QString &section) {
   return path;
 }
 
+std::optional<QStringList> PropertyStorage::SectionLevels(const QString &section) {
+  QStringList levels;
+  for (const QString &part : section.split(u'\\')) {
+    const QString level = part.trimmed();
+    if (level.contains(u'\''))
+      return std::nullopt;
+    if (!level.isEmpty())
+      levels << level;
+  }
+  return levels;
+}
+
 std::shared_ptr<XmlNode> PropertyStorage::GetSectionNode(const QString &section) {
+  if (const auto levels = SectionLevels(section))
+    return index_.section(GetDocument(), *levels);
   return GetDocument().selectSingleNode(GetSectionPath(section));
 }
 
 std::shared_ptr<XmlNode> PropertyStorage::GetPropertyNode(const QString &section, const QString &key) {
+  if (const auto levels = SectionLevels(section); levels && !key.contains(u'\''))
+    return index_.property(GetDocument(), *levels, key);
   return GetDocument().selectSingleNode(GetSectionPath(section) + QStringLiteral("/property[attribute::name='") + key +
                                         QStringLiteral("']"));
 }
@@ -116,6 +135,8 @@ std::shared_ptr<XmlNode> PropertyStorage::CreateSection(const QString &section) 
                    QStringLiteral("The document has no root element"));
       current = parent->appendChild(element);
       current->setAttribute(QStringLiteral("name"), level);
+      if (const auto levels = SectionLevels(walked))
+        index_.added(*levels, StorageIndex::Kind::Section, level, current);
     }
     walked = path;
   }
@@ -132,6 +153,8 @@ std::shared_ptr<XmlNode> PropertyStorage::CreateProperty(const QString &section,
   auto property = parent->appendChild(GetDocument().createElement(QStringLiteral("property")));
   property->setAttribute(QStringLiteral("name"), key);
   property->setAttribute(QStringLiteral("value"), QString());
+  if (const auto levels = SectionLevels(section))
+    index_.added(*levels, StorageIndex::Kind::Property, key, property);
   return property;
 }
 
@@ -192,8 +215,11 @@ void PropertyStorage::PutSetting(const QString &section, const QString &key, con
 
 void PropertyStorage::DeleteSetting(const QString &section, const QString &key) {
   CheckSectionName(section);
-  if (const auto node = GetPropertyNode(section, key))
+  if (const auto node = GetPropertyNode(section, key)) {
     node->parentNode()->removeChild(node);
+    if (const auto levels = SectionLevels(section))
+      index_.removed(*levels, StorageIndex::Kind::Property, key);
+  }
   const QString cacheKey = CacheKey(section, key);
   if (cache_ && cache_->exists(cacheKey))
     cache_->remove(cacheKey);
@@ -202,19 +228,20 @@ void PropertyStorage::DeleteSetting(const QString &section, const QString &key) 
 
 void PropertyStorage::DeleteSection(const QString &section) {
   CheckSectionName(section);
-  if (const auto node = GetSectionNode(section))
+  if (const auto node = GetSectionNode(section)) {
     node->parentNode()->removeChild(node);
+    const auto levels = SectionLevels(section);
+    if (levels && !levels->isEmpty())
+      index_.removed(levels->first(levels->size() - 1), StorageIndex::Kind::Section, levels->last());
+    else
+      index_.clear();
+  }
   QString prefix = section;
   prefix.replace(u'\\', kCacheSeparator);
   prefix += kCacheSeparator;
-  if (cache_) {
-    // Unlike the rest of the store, this match ignores case.
-    for (int i = cache_->count() - 1; i >= 0; --i) {
-      const QString key = cache_->keyAt(i).toString();
-      if (key.startsWith(prefix, Qt::CaseInsensitive))
-        cache_->remove(key);
-    }
-  }
+  // Unlike the rest of the store, this match ignores case.
+  if (cache_)
+    cache_->removeIf([&](const Variant &key) { return key.toString().startsWith(prefix, Qt::CaseInsensitive); });
   modified_ = true;
 }
 
@@ -257,6 +284,7 @@ void PropertyStorage::PutResource(const QString &name, const QByteArray &data) {
                QStringLiteral("The document has no root element"));
   auto property = section->appendChild(GetDocument().createElement(QStringLiteral("property")));
   property->setAttribute(QStringLiteral("name"), name);
+  index_.added({kResources}, StorageIndex::Kind::Property, name, property);
   property->setDataType(QStringLiteral("bin.base64"));
   property->setNodeTypedValue(Variant(data));
   modified_ = true;
@@ -270,8 +298,10 @@ Variant PropertyStorage::GetResource(const QString &name) {
 }
 
 void PropertyStorage::DeleteResource(const QString &name) {
-  if (const auto node = GetPropertyNode(kResources, name))
+  if (const auto node = GetPropertyNode(kResources, name)) {
     node->parentNode()->removeChild(node);
+    index_.removed({kResources}, StorageIndex::Kind::Property, name);
+  }
   modified_ = true;
 }
 

@@ -6,7 +6,10 @@
 #include <QByteArray>
 #include <QString>
 
+#include "document/StorageIndex.h"
+
 #include <memory>
+#include <optional>
 
 namespace kordel {
 class XmlDocument;
@@ -60,6 +63,10 @@ private:
   XmlDocument &GetDocument();
   void ResetDocument();
   static QString GetSectionPath(const QString &section);
+  // The section's levels, trimmed, empty ones left out; nothing when a
+  // level cannot stand in an XPath literal, which the XML service then
+  // refuses as the store always did.
+  static std::optional<QStringList> SectionLevels(const QString &section);
   std::shared_ptr<XmlNode> GetSectionNode(const QString &section);
   std::shared_ptr<XmlNode> GetPropertyNode(const QString &section, const QString &key);
   std::shared_ptr<XmlNode> CreateSection(const QString &section);
@@ -75,6 +82,7 @@ private:
   bool modified_ = false;
   std::shared_ptr<XmlDocument> document_;
   std::unique_ptr<Dictionary> cache_;
+  StorageIndex index_;
 };
 
 } // namespace kordel::addin

@@ -2,6 +2,7 @@
 
 #include "core/Error.h"
 
+#include <algorithm>
 #include <bit>
 
 namespace kordel {
@@ -95,7 +96,19 @@ void Dictionary::remove(const Variant &key) {
   const int at = find(key);
   if (at < 0)
     raiseError(ErrorNumber::ElementNotFound, QStringLiteral("Dictionary"));
+  index_.remove(indexKey(key));
   entries_.erase(entries_.begin() + at);
+  // The entries after it moved up by one; their keys need no hashing again.
+  for (auto it = index_.begin(); it != index_.end(); ++it)
+    if (it.value() > at)
+      --it.value();
+}
+
+void Dictionary::removeIf(const std::function<bool(const Variant &key)> &picked) {
+  const auto kept = std::remove_if(entries_.begin(), entries_.end(), [&](const Entry &e) { return picked(e.key); });
+  if (kept == entries_.end())
+    return;
+  entries_.erase(kept, entries_.end());
   rebuildIndex();
 }
 

@@ -5,6 +5,8 @@
 
 #include <QHash>
 
+#include <functional>
+
 #include <vector>
 
 namespace kordel {
@@ -30,6 +32,8 @@ public:
   // 457 when new is present.
   void renameKey(const Variant &oldKey, const Variant &newKey);
   void remove(const Variant &key);
+  // Removes every entry whose key the predicate picks, in one pass.
+  void removeIf(const std::function<bool(const Variant &key)> &picked);
   void removeAll();
 
   std::vector<Variant> keys() const;

@@ -179,3 +179,25 @@ TEST(PropertyStorage, ApostrophesAndEqualValuesFail) {
   store.PutSetting("subs", "two", "different");
   EXPECT_EQ(items(*store.GetSection("subs")), QStringList({"same", "different"}));
 }
+
+// Lookups follow the document through its changes: of namesakes the first
+// in document order counts until it is deleted, a deleted section takes
+// everything below it along, and a section made again starts empty.
+TEST(PropertyStorage, LookupsFollowNamesakesDeletionsAndNewSections) {
+  PropertyStorage store;
+  store.Load(QByteArray("<application><section name='pages'><section name='a'><property name='k' value='1'/>"
+                        "</section><section name='a'><property name='k' value='2'/><property name='j' "
+                        "value='3'/></section></section></application>"));
+  EXPECT_EQ(store.GetSetting("pages\\a", "k"), "1");
+  EXPECT_EQ(store.GetSetting("pages\\ a ", "j", "none"), "none") << "the first section a has no j";
+  store.DeleteSection("pages\\a");
+  EXPECT_EQ(store.GetSetting("pages\\a", "j"), "3") << "the second a counts now";
+  store.DeleteSection("pages");
+  EXPECT_FALSE(store.Exists("pages\\a", "k"));
+  store.PutSetting("pages\\a", "k", "new");
+  EXPECT_EQ(store.GetSetting("pages\\a", "k"), "new");
+  EXPECT_EQ(items(*store.GetSettingNames("pages\\a")), QStringList{"k"});
+  store.DeleteSetting("pages\\a", "k");
+  store.PutSetting("pages\\a", "k", "again");
+  EXPECT_EQ(store.GetSetting("pages\\a", "k", "none"), "again");
+}
