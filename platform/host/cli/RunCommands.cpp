@@ -94,6 +94,7 @@ public:
   HostApplication &application() { return *application_; }
   hostapi::ReportContext &context() { return *context_; }
   const QString &reportName() const { return entry_.name; }
+  int records() const { return records_; }
   // What is run, for the progress line.
   QString subject() const {
     return QStringLiteral("\"%1\" for %2 of %3")
@@ -165,6 +166,14 @@ int exportReport(HostApplication &host, const Arguments &arguments) {
   const RunRequest request = RunRequest::read(RunMode::Export, arguments);
   const ExportTarget target = ExportTarget::check(request.outFile);
   ReportRun run(host, request);
+  // Each record takes a row of a worksheet at least: a workbook of the old
+  // format that cannot hold them is refused before the run, not after it.
+  constexpr int kOldWorksheetRows = 65536;
+  if (target.path().endsWith(QLatin1String(".xls"), Qt::CaseInsensitive) && run.records() > kOldWorksheetRows)
+    raiseError(ErrorNumber::InvalidCall, kSource,
+               QStringLiteral("The range holds %1 records, a row each at least, but an .xls worksheet ends at row "
+                              "65,536: export to .xlsx, whose worksheets hold over a million rows")
+                   .arg(run.records()));
   run.context().setFileName(target.path());
   QList<QPair<QString, Variant>> settings;
   if (!request.xlsLayout.isEmpty())
