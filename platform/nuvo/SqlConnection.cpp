@@ -91,6 +91,21 @@ DatabaseAddress DatabaseAddress::parse(const QString &text) {
     address.port = query.queryItemValue(QStringLiteral("port")).toInt();
   if (address.database.isEmpty())
     raiseError(ErrorNumber::InvalidCall, kSource, QStringLiteral("The address names no database: '%1'").arg(text));
+  const auto seconds = [&](const char *name, int &into) {
+    const QString item = QString::fromLatin1(name);
+    if (!query.hasQueryItem(item))
+      return;
+    bool ok = false;
+    const int value = query.queryItemValue(item).toInt(&ok);
+    if (!ok || value < 0)
+      raiseError(ErrorNumber::InvalidCall, kSource,
+                 QStringLiteral("%1 takes a number of seconds from 0, not '%2'").arg(item, query.queryItemValue(item)));
+    into = value;
+  };
+  seconds("connect_timeout", address.connectTimeout);
+  if (address.connectTimeout == 1)
+    address.connectTimeout = 2; // the driver waits 2 seconds at least
+  seconds("statement_timeout", address.statementTimeout);
   return address;
 }
 
@@ -143,8 +158,9 @@ SqlConnection::SqlConnection(const DatabaseAddress &address, OpenMode mode)
       db_.setDatabaseName(address.database);
       db_.setUserName(address.user);
       db_.setPassword(address.password);
-      open(QString());
+      open(address.connectTimeout > 0 ? QStringLiteral("connect_timeout=%1").arg(address.connectTimeout) : QString());
       exec(QStringLiteral("SET client_min_messages TO WARNING"));
+      exec(QStringLiteral("SET statement_timeout = %1").arg(qint64(address.statementTimeout) * 1000));
     } else if (mode == OpenMode::Create) {
       db_.setDatabaseName(address.file);
       open(QString());
@@ -181,8 +197,17 @@ SqlConnection::SqlConnection(const DatabaseAddress &address, OpenMode mode)
 
 void SqlConnection::open(const QString &options) {
   db_.setConnectOptions(options);
-  if (!db_.open())
-    raiseSqlError(QStringLiteral("Cannot open the database %1").arg(address_.location()), db_.lastError());
+  if (db_.open())
+    return;
+  // The driver says "timeout expired" when the server took the connection
+  // but did not answer in time.
+  if (address_.dialect == Dialect::PostgreSQL && db_.lastError().text().contains(QLatin1String("timeout expired")))
+    raiseError(ErrorNumber::InvalidCall, kSource,
+               QStringLiteral("Cannot open the database %1: the server did not answer within %2 seconds "
+                              "(connect_timeout in the address sets the wait)")
+                   .arg(address_.location())
+                   .arg(address_.connectTimeout));
+  raiseSqlError(QStringLiteral("Cannot open the database %1").arg(address_.location()), db_.lastError());
 }
 
 bool SqlConnection::readable() {
