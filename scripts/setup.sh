@@ -10,6 +10,7 @@ runtime=(
   build-essential cmake ninja-build pkg-config
   qt6-base-dev qt6-declarative-dev libqt6sql6-sqlite libqt6sql6-psql
   libxml2-dev libtiff-dev libsqlite3-dev libcups2-dev libxlsxwriter-dev
+  libcairo2-dev libharfbuzz-dev libfreetype-dev libfontconfig-dev
   fonts-dejavu-core fonts-noto-cjk
 )
 
@@ -21,7 +22,7 @@ tests=(
   googletest libgtest-dev libgmock-dev
   postgresql
   cups printer-driver-cups-pdf
-  poppler-utils libtiff-tools
+  poppler-utils qpdf libtiff-tools
   libreoffice-writer-nogui libreoffice-calc-nogui
   xvfb xauth x11-utils imagemagick xdotool
 )

@@ -16,7 +16,8 @@ namespace kordel::engine {
 //
 // Errors: 76 when the target's folder does not exist, 70 when the file
 // cannot be written (see checkExportTarget), 9 for a page range outside the
-// document, 5 for a document without pages.
+// document, 5 for a document without pages, 53 when no installed font can be
+// loaded for one of the document's fonts.
 class PdfExporter {
 public:
   // The document's title; empty gives the title of the pages' document.

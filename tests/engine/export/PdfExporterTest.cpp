@@ -1,7 +1,9 @@
-// PDF files written from pages and read back with pdftotext, pdfinfo and pdffonts: text
-// in reading order, page sizes, embedded fonts and the fonts that stand in
-// for characters a font lacks, the document's title, the warning for
-// characters no font has, and what a failed export leaves behind.
+// PDF files written from pages and read back with pdftotext, pdfinfo and pdffonts, checked
+// with qpdf and rendered with pdftoppm: text in reading order, every letter
+// of text in any script, page sizes, embedded font subsets and the fonts
+// that stand in for characters a font lacks, lines, shapes and images in
+// their colours, the document's title, the warning for characters no font
+// has, and what a failed export leaves behind.
 
 #include "support/PdfTools.h"
 
@@ -13,6 +15,10 @@
 
 #include <QDir>
 #include <QFontDatabase>
+#include <QImage>
+#include <QProcess>
+#include <QRegularExpression>
+#include <QStandardPaths>
 
 #include <gtest/gtest.h>
 
@@ -169,6 +175,124 @@ TEST_F(PdfExport, EastAsianTextIsShownInAnInstalledFontThatHasItWithoutWarning) 
   EXPECT_TRUE(warnings.aboutGlyphs().isEmpty()) << warnings.aboutGlyphs().join(u'\n').toStdString();
 }
 
+// Whether qpdf finds the file's structure and streams sound; skips the
+// check where qpdf is not installed.
+void expectSoundStructure(const QString &path) {
+  const QString qpdf = QStandardPaths::findExecutable(QStringLiteral("qpdf"));
+  if (qpdf.isEmpty())
+    return;
+  QProcess check;
+  check.start(qpdf, {QStringLiteral("--check"), path});
+  ASSERT_TRUE(check.waitForFinished(60000));
+  EXPECT_EQ(check.exitCode(), 0) << check.readAllStandardOutput().toStdString()
+                                 << check.readAllStandardError().toStdString();
+}
+
+TEST_F(PdfExport, EveryLetterOfTextInAnyScriptComesBackAsWritten) {
+  // Ligatures, accents, scripts that join their letters or read right to
+  // left, and ideographs that fonts also hold as radicals.
+  const QStringList texts = {
+      QStringLiteral("Räksmörgås åt Öberg"),
+      QStringLiteral("Größe über Straße"),
+      QStringLiteral("Zażółć gęślą jaźń"),
+      QStringLiteral("Ελληνικά γράμματα"),
+      QStringLiteral("Съешь же ещё этих булок"),
+      QStringLiteral("北京市朝阳区的公司"),
+      QStringLiteral("東京都の株式会社です"),
+      QStringLiteral("مرحبا بالعالم"),
+      QStringLiteral("שלום עולם"),
+      QStringLiteral("Qualified office flow"),
+      QStringLiteral("affluent fjord baffle ffi"),
+  };
+  PageDocument document;
+  const int body = document.internFont(PageFont{});
+  PageFont boldFont;
+  boldFont.bold = true;
+  const int bold = document.internFont(boldFont);
+  Page page(kA4Short, kA4Long);
+  Twips y = 1440;
+  for (const QString &text : texts) {
+    page.addText({1440, y, 9000, 300}, text, body);
+    page.addText({1440, y + 400, 9000, 300}, text, bold, kBlack, TextAlign::Right);
+    y += 900;
+  }
+  document.append(page);
+  const QString path = dir_.file(QStringLiteral("scripts.pdf"));
+  PdfExporter().exportDocument(document, path);
+
+  const QStringList lines =
+      test::pdfPageTexts(path).value(0).normalized(QString::NormalizationForm_C).split(QLatin1Char('\n'));
+  for (const QString &text : texts) {
+    const QString expected = text.normalized(QString::NormalizationForm_C);
+    EXPECT_EQ(lines.filter(expected).size(), 2) << expected.toStdString() << " in:\n"
+                                                << lines.join(QLatin1Char('\n')).toStdString();
+  }
+  const std::vector<test::PdfFont> fonts = test::pdfFonts(path);
+  EXPECT_GE(fonts.size(), 3u); // the two fonts and at least one stand-in for the ideographs
+  for (const test::PdfFont &font : fonts) {
+    EXPECT_TRUE(font.embedded) << font.name.toStdString();
+    EXPECT_TRUE(QRegularExpression(QStringLiteral("^[A-Z]{6}\\+")).match(font.name).hasMatch())
+        << font.name.toStdString();
+  }
+  expectSoundStructure(path);
+}
+
+// The first page of a PDF file rendered at 72 dots per inch, one dot a
+// point; a null image when pdftoppm is not installed.
+QImage renderedFirstPage(const QString &path, const QString &folder) {
+  const QString pdftoppm = QStandardPaths::findExecutable(QStringLiteral("pdftoppm"));
+  if (pdftoppm.isEmpty())
+    return {};
+  const QString base = folder + QStringLiteral("/rendered");
+  QProcess render;
+  render.start(pdftoppm, {QStringLiteral("-r"), QStringLiteral("72"), QStringLiteral("-png"),
+                          QStringLiteral("-singlefile"), path, base});
+  if (!render.waitForFinished(60000) || render.exitCode() != 0)
+    return {};
+  return QImage(base + QStringLiteral(".png")).convertToFormat(QImage::Format_RGB32);
+}
+
+TEST_F(PdfExport, LinesShapesAndImagesShowInTheirColours) {
+  PageDocument document;
+  QImage blue(4, 4, QImage::Format_ARGB32);
+  blue.fill(QColor(0, 0, 255));
+  const int image = document.internImage(blue);
+  Page page(2880, 2880);                                                          // 144 points square
+  page.addLine({288, 720, 2592, 720, Stroke{}});                                  // a hairline at y 36
+  page.addLine({288, 1080, 2592, 1080, Stroke{0xff00aa00, 40, LineStyle::Dash}}); // dashed at y 54
+  page.addRect({{288, 1440, 1152, 576}, 0xffcc0000, std::nullopt, 0});            // red, x 14 to 72
+  page.addImage({1728, 1440, 864, 576}, image);                                   // blue, x 86 to 130
+  page.addEllipse({{288, 2160, 1152, 576}, 0xff00aa00, Stroke{}});                // green, around (36, 122)
+  page.addRect({{1728, 2160, 864, 576}, 0x40000000, Stroke{kBlack, 60}, 288});    // pale grey, rounded
+  document.append(page);
+  const QString path = dir_.file(QStringLiteral("shapes.pdf"));
+  PdfExporter().exportDocument(document, path);
+  const QImage rendered = renderedFirstPage(path, dir_.path());
+  if (rendered.isNull())
+    GTEST_SKIP() << "pdftoppm is needed";
+  ASSERT_EQ(rendered.size(), QSize(144, 144));
+
+  const auto darkest = [&](int y) {
+    int gray = 255;
+    for (int dy = -1; dy <= 1; ++dy)
+      gray = std::min(gray, qGray(rendered.pixel(72, y + dy)));
+    return gray;
+  };
+  EXPECT_LT(darkest(36), 128) << "the hairline is missing";
+  int dashes = 0; // changes between ink and paper along the dashed line
+  for (int x = 16; x < 128; ++x)
+    dashes += (qGreen(rendered.pixel(x, 54)) < 250) != (qGreen(rendered.pixel(x + 1, 54)) < 250);
+  EXPECT_GE(dashes, 6);
+  EXPECT_EQ(QColor(rendered.pixel(43, 86)), QColor(0xcc, 0, 0));
+  EXPECT_EQ(QColor(rendered.pixel(108, 86)), QColor(0, 0, 255));
+  EXPECT_EQ(QColor(rendered.pixel(36, 122)), QColor(0, 0xaa, 0));
+  EXPECT_EQ(QColor(rendered.pixel(15, 109)), QColor(Qt::white)); // outside the ellipse, inside its box
+  const QColor pale(rendered.pixel(108, 122));
+  EXPECT_GT(pale.lightness(), 150) << "the fill's alpha is lost";
+  EXPECT_LT(pale.lightness(), 230);
+  EXPECT_EQ(QColor(rendered.pixel(87, 109)), QColor(Qt::white)); // cut off by the rounded corner
+}
+
 TEST_F(PdfExport, CharactersNoInstalledFontHasAreCountedInOneWarningAnExport) {
   // Code points that Unicode has not assigned have no glyph in any font.
   const QString unassigned = QString(QChar(0x0378)) + QChar(0x0379);
@@ -202,6 +326,9 @@ TEST_F(PdfExport, FontsAreEmbedded) {
   bool serif = false;
   for (const test::PdfFont &font : fonts) {
     EXPECT_TRUE(font.embedded) << font.name.toStdString();
+    // Subsets of the glyphs used, named with their six letter tag.
+    EXPECT_TRUE(QRegularExpression(QStringLiteral("^[A-Z]{6}\\+")).match(font.name).hasMatch())
+        << font.name.toStdString();
     EXPECT_TRUE(font.name.contains(QStringLiteral("DejaVu"))) << font.name.toStdString();
     serif = serif || font.name.contains(QStringLiteral("Serif"));
   }
