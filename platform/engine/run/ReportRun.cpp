@@ -404,6 +404,17 @@ std::vector<Band> ReportRun::subReportBands(SubReport &control, Twips) {
   const auto child = std::dynamic_pointer_cast<LayoutReport>(control.report);
   if (!child)
     return {};
+  // A sub report showing the report it stands in, or one around that,
+  // would print itself without end: it is left out, said once.
+  for (const ReportRun *run = this; run; run = run->parent_) {
+    if (&run->report_ != child.get())
+      continue;
+    if (cyclicSubReports_.insert(&control).second)
+      problemsTo_->addRunError(QStringLiteral("%1sub report %2: it shows a report it stands in, which would print "
+                                              "itself without end; it is left out")
+                                   .arg(problemPrefix_, control.name));
+    return {};
+  }
   SubRun &sub = subRuns_[&control];
   if (sub.report != child) {
     // A report plugged in anew gets a run of its own.
@@ -411,6 +422,7 @@ std::vector<Band> ReportRun::subReportBands(SubReport &control, Twips) {
     sub.report = child;
     sub.run = std::make_unique<ReportRun>(*child, document_, budget_);
     sub.run->problemsTo_ = problemsTo_;
+    sub.run->parent_ = this;
     sub.run->problemPrefix_ = QStringLiteral("%1sub report %2: ").arg(problemPrefix_, control.name);
   }
   return sub.run->runEmbedded();

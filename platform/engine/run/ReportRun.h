@@ -8,6 +8,7 @@
 #include <QStringList>
 
 #include <map>
+#include <set>
 #include <memory>
 #include <vector>
 
@@ -160,6 +161,9 @@ private:
   // Where problems are kept: the top-level report, for a sub report's run
   // too, with the sub report's name before each.
   LayoutReport *problemsTo_;
+  // The run of the report a sub report's run stands in; nullptr at the top.
+  const ReportRun *parent_ = nullptr;
+  std::set<const SubReport *> cyclicSubReports_; // said to be left out
   QString problemPrefix_;
   bool prepared_ = false;
   bool terminateAtEnd_ = true;

@@ -650,6 +650,41 @@ TEST(ReportRunTest, SubReportsRunOncePerParentRowAndPrintInsideIt) {
   EXPECT_EQ(childRuns, 2);
 }
 
+// A sub report that shows the report it stands in (directly, or the one
+// around its own report) is left out with a run error, not nested until
+// the stack runs out.
+TEST(ReportRunTest, ASubReportShowingAReportItStandsInIsLeftOut) {
+  auto parent = LayoutReport::create();
+  auto &detail = *parent->sections()->add("Detail", 0, SectionType::Detail, 600);
+  addField(detail, "name", 0, 2000);
+  auto own = std::static_pointer_cast<SubReport>(detail.controls()->add("DDActiveReports2.SubReport"));
+  own->name = "Itself";
+  own->report = parent;
+  auto child = LayoutReport::create();
+  child->sections()->add("Detail", 0, SectionType::Detail, 300);
+  auto back = std::static_pointer_cast<SubReport>(
+      child->sections()->find("Detail")->controls()->add("DDActiveReports2.SubReport"));
+  back->name = "Back";
+  back->report = parent;
+  const auto childRows = std::make_shared<RowSource>(child, std::vector<RowValues>{{{"x", Variant(1)}}});
+  child->setEventSink(childRows);
+  auto inner = std::static_pointer_cast<SubReport>(detail.controls()->add("DDActiveReports2.SubReport"));
+  inner->top = 300;
+  inner->report = child;
+
+  auto rows = std::make_shared<RowSource>(
+      parent, std::vector<RowValues>{{{"name", Variant("one")}}, {{"name", Variant("two")}}});
+  parent->setEventSink(rows);
+  parent->run();
+  EXPECT_EQ(allLines(*parent->pages()), (QStringList{"one", "two"}));
+  const QString errors = parent->runErrors().join(u'\n');
+  EXPECT_EQ(parent->runErrors().size(), 2) << errors.toStdString();
+  EXPECT_TRUE(errors.contains("sub report Itself: it shows a report it stands in")) << errors.toStdString();
+  EXPECT_TRUE(errors.contains("sub report Back: it shows a report it stands in")) << errors.toStdString();
+  own->report = nullptr; // the reports hold each other
+  back->report = nullptr;
+}
+
 TEST(ReportRunTest, NewPageAndTheFinishedPagesAsPdf) {
   auto report = customerList();
   report->sections()->find("GroupHeader1")->newPage = NewPage::Before;
