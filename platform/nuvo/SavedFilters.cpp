@@ -28,8 +28,13 @@ Variant valueOfJson(const QJsonValue &value) {
   }
 }
 
-std::shared_ptr<FilterObject> makeFilter(const ClassDef &cls, const FilterDef &def, const QString &language,
-                                         int depth) {
+// The most filters one saved filter may bring in through the filters it
+// embeds: a few filters that each embed the next several times would
+// otherwise multiply beyond any machine.
+constexpr int kMostEmbeddedFilters = 1000;
+
+std::shared_ptr<FilterObject> makeFilter(const ClassDef &cls, const FilterDef &def, const QString &language, int depth,
+                                         int &embedded, const QString &top) {
   if (depth > 16)
     raiseError(ErrorNumber::InvalidCall, kSource, QStringLiteral("The saved filter '%1' embeds itself").arg(def.name));
   auto filter = std::make_shared<FilterObject>(cls.name, def.name, def.localNames.get(language));
@@ -43,7 +48,12 @@ std::shared_ptr<FilterObject> makeFilter(const ClassDef &cls, const FilterDef &d
       if (!inner)
         raiseError(ErrorNumber::InvalidCall, kSource,
                    QStringLiteral("The saved filter '%1' embeds '%2', which the class lacks").arg(def.name, name));
-      filter->addCondition({}, Variant(makeFilter(cls, *inner, language, depth + 1)),
+      if (++embedded > kMostEmbeddedFilters)
+        raiseError(ErrorNumber::InvalidCall, kSource,
+                   QStringLiteral("The saved filter '%1' embeds more than %2 filters in all")
+                       .arg(top)
+                       .arg(kMostEmbeddedFilters));
+      filter->addCondition({}, Variant(makeFilter(cls, *inner, language, depth + 1, embedded, top)),
                            hostapi::ConditionOp::EmbeddedFilter, 0);
     } else {
       filter->addCondition(item.value(QLatin1String("path")).toString(),
@@ -56,7 +66,8 @@ std::shared_ptr<FilterObject> makeFilter(const ClassDef &cls, const FilterDef &d
 } // namespace
 
 std::shared_ptr<FilterObject> makeSavedFilter(const ClassDef &cls, const FilterDef &def, const QString &language) {
-  return makeFilter(cls, def, language, 0);
+  int embedded = 0;
+  return makeFilter(cls, def, language, 0, embedded, def.name);
 }
 
 std::shared_ptr<hostapi::Filter> SavedFilters::item(const QString &name) const {

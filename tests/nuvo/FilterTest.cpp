@@ -16,6 +16,8 @@
 
 #include "core/VbDate.h"
 
+#include <QJsonObject>
+
 #include <algorithm>
 #include <set>
 
@@ -242,6 +244,38 @@ TEST_P(FilterTest, RecordQueryCountsWhatRecordsWouldOpen) {
     listed.push_back(node->getAttribute(QStringLiteral("id")).value().toInt());
   EXPECT_EQ(listed, std::vector<int>(customers.begin() + 1, customers.begin() + 4));
   EXPECT_EQ(test::errorNumber([] { nuvo::RecordQueryObject(nullptr).result(); }), ErrorNumber::ObjectNotSet);
+}
+
+// Saved filters read from a database embed others by name: one that embeds
+// itself, or a few that each embed the next ten times (ten million filters
+// by the eighth), are refused at once with their reason.
+TEST(SavedFilterTest, EmbeddingIsBoundedInDepthAndInAll) {
+  nuvo::ClassDef cls;
+  cls.name = QStringLiteral("company");
+  for (int level = 0; level < 8; ++level) {
+    nuvo::FilterDef def;
+    def.name = QStringLiteral("level%1").arg(level);
+    if (level == 7) {
+      def.items.append(QJsonObject{{"path", "name"}, {"op", CO::Equal}, {"value", "x"}});
+    } else {
+      for (int i = 0; i < 10; ++i)
+        def.items.append(QJsonObject{{"filter", QStringLiteral("level%1").arg(level + 1)}});
+      for (int i = 1; i < 10; ++i)
+        def.items.append(QJsonObject{{"operator", FO::Or}});
+    }
+    cls.filters.push_back(def);
+  }
+  nuvo::FilterDef itself;
+  itself.name = QStringLiteral("itself");
+  itself.items.append(QJsonObject{{"filter", "itself"}});
+  cls.filters.push_back(itself);
+
+  const Error wide = test::errorOf([&] { nuvo::makeSavedFilter(cls, cls.filters[0], "en"); });
+  EXPECT_EQ(wide.number(), ErrorNumber::InvalidCall);
+  EXPECT_TRUE(wide.description().contains("embeds more than 1000 filters")) << wide.description().toStdString();
+  const Error deep = test::errorOf([&] { nuvo::makeSavedFilter(cls, cls.filters.back(), "en"); });
+  EXPECT_TRUE(deep.description().contains("embeds itself")) << deep.description().toStdString();
+  EXPECT_NO_THROW(nuvo::makeSavedFilter(cls, cls.filters[5], "en")) << "level 5: ten filters of one condition each";
 }
 
 } // namespace
