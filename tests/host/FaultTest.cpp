@@ -58,6 +58,14 @@ protected:
     EXPECT_EQ(exported.exitCode, 0) << after << ": " << exported.err.toStdString();
   }
 
+  // Writes a document of manyFields into the test's folder; its path.
+  QString writeDocument(const QString &file, const QString &name, int fields) {
+    const QString path = dir.file(file);
+    QFile out(path);
+    EXPECT_TRUE(out.open(QIODevice::WriteOnly) && out.write(manyFields(name, fields)) > 0) << path.toStdString();
+    return path;
+  }
+
   // The names of the stored reports.
   QStringList reports() { return test::sqliteColumn(db, "SELECT name FROM nv_file ORDER BY name"); }
 
@@ -66,11 +74,7 @@ protected:
 };
 
 TEST_F(FaultTest, ImportsKilledAtAnyPointLeaveTheDatabaseWhole) {
-  const QString document = dir.file("big.xml");
-  QFile file(document);
-  ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-  file.write(manyFields("Big", 6000));
-  file.close();
+  const QString document = writeDocument("big.xml", "Big", 6000);
   const QStringList before = reports();
 
   // From the first milliseconds to the commit and after.
@@ -99,11 +103,7 @@ TEST_F(FaultTest, ImportsKilledAtAnyPointLeaveTheDatabaseWhole) {
 }
 
 TEST_F(FaultTest, AFileSizeLimitWhileSavingLosesNothing) {
-  const QString document = dir.file("big.xml");
-  QFile file(document);
-  ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-  file.write(manyFields("Big", 6000));
-  file.close();
+  const QString document = writeDocument("big.xml", "Big", 6000);
   const QStringList before = reports();
   const qint64 size = QFile(db).size();
 
@@ -126,11 +126,8 @@ EXPECT_EQ(reports(), before);
 TEST_F(FaultTest, ExportsAndSavesAtOnceNeitherFailNorCorrupt) {
   std::vector<std::unique_ptr<QProcess>> processes;
   for (int i = 0; i < 3; ++i) {
-    const QString document = dir.file(QStringLiteral("r%1.xml").arg(i));
-    QFile file(document);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(manyFields(QStringLiteral("Parallel %1").arg(i), 1500));
-    file.close();
+    const QString document =
+        writeDocument(QStringLiteral("r%1.xml").arg(i), QStringLiteral("Parallel %1").arg(i), 1500);
     processes.push_back(std::make_unique<QProcess>());
     test::startOrvex(*processes.back(), dir, {"report-import", document, "--db", db});
     processes.push_back(std::make_unique<QProcess>());
