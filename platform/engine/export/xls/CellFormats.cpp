@@ -111,9 +111,7 @@ std::uint16_t CellFormats::numberFormat(const QString &code) {
 }
 
 std::uint16_t CellFormats::cellFormat(const SheetCell &cell) {
-  const QString key =
-      QStringLiteral("%1|%2|%3|%4|").arg(cell.font).arg(int(cell.bold)).arg(int(cell.align)).arg(int(cell.wrap)) +
-      cell.numberFormat;
+  const CellStyle key = CellStyle::of(cell);
   const auto found = formatIndex_.constFind(key);
   if (found != formatIndex_.cend())
     return *found;

@@ -54,7 +54,7 @@ private:
   std::vector<QString> numberFormats_; // from the first custom index on
   QHash<QString, std::uint16_t> numberFormatIndex_;
   std::vector<CellFormat> formats_;
-  QHash<QString, std::uint16_t> formatIndex_;
+  QHash<CellStyle, std::uint16_t> formatIndex_;
 };
 
 } // namespace kordel::engine::xls

@@ -2,6 +2,7 @@
 
 #include "engine/render/Page.h"
 
+#include <QHashFunctions>
 #include <QString>
 
 #include <cstdint>
@@ -26,6 +27,24 @@ struct SheetCell {
   bool bold = false; // bold whatever its font
   bool wrap = false;
 };
+
+// What a cell's format is made of; cells with equal styles share one.
+struct CellStyle {
+  int font = 0;
+  bool bold = false;
+  TextAlign align = TextAlign::Left;
+  bool wrap = false;
+  QString numberFormat;
+
+  static CellStyle of(const SheetCell &cell) {
+    return {cell.font, cell.bold, cell.align, cell.wrap, cell.numberFormat};
+  }
+  friend bool operator==(const CellStyle &, const CellStyle &) = default;
+};
+
+inline size_t qHash(const CellStyle &style, size_t seed = 0) {
+  return qHashMulti(seed, style.font, style.bold, int(style.align), style.wrap, style.numberFormat);
+}
 
 // One row: its cells by column, its height, and its outline level (how
 // deep in sub reports its values stand, which a spreadsheet can fold).

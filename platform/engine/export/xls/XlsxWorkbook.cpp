@@ -41,9 +41,7 @@ public:
   Formats(lxw_workbook *workbook, const PageDocument &document) : workbook_(workbook), document_(document) {}
 
   lxw_format *of(const SheetCell &cell) {
-    const QString key =
-        QStringLiteral("%1|%2|%3|%4|").arg(cell.font).arg(int(cell.bold)).arg(int(cell.align)).arg(int(cell.wrap)) +
-        cell.numberFormat;
+    const CellStyle key = CellStyle::of(cell);
     if (lxw_format *found = formats_.value(key))
       return found;
     lxw_format *format = workbook_add_format(workbook_);
@@ -73,7 +71,7 @@ public:
 private:
   lxw_workbook *workbook_;
   const PageDocument &document_;
-  QHash<QString, lxw_format *> formats_;
+  QHash<CellStyle, lxw_format *> formats_;
 };
 
 class XlsxWriter {
