@@ -285,48 +285,6 @@ std::optional<ReadWorkbook> readWorkbook(const QString &path, QString *error) {
   return book;
 }
 
-std::vector<QStringList> parseCsv(const QString &text) {
-  std::vector<QStringList> rows;
-  QStringList row;
-  QString field;
-  bool quoted = false;
-  bool rowStarted = false;
-  for (qsizetype i = 0; i < text.size(); ++i) {
-    const QChar c = text[i];
-    if (quoted) {
-      if (c == QLatin1Char('"') && i + 1 < text.size() && text[i + 1] == QLatin1Char('"')) {
-        field += c;
-        ++i;
-      } else if (c == QLatin1Char('"')) {
-        quoted = false;
-      } else {
-        field += c;
-      }
-      continue;
-    }
-    rowStarted = true;
-    if (c == QLatin1Char('"')) {
-      quoted = true;
-    } else if (c == QLatin1Char(',')) {
-      row.append(field);
-      field.clear();
-    } else if (c == QLatin1Char('\n')) {
-      row.append(field);
-      rows.push_back(row);
-      row.clear();
-      field.clear();
-      rowStarted = false;
-    } else if (c != QLatin1Char('\r')) {
-      field += c;
-    }
-  }
-  if (rowStarted) {
-    row.append(field);
-    rows.push_back(row);
-  }
-  return rows;
-}
-
 FlatSheet parseFlatSheet(const QByteArray &xml) {
   // Empty rows and cells are counted and only spelled out when something
   // follows them, as the document repeats the empty rest of the sheet.

@@ -66,10 +66,6 @@ struct ReadWorkbook {
 // cannot be read.
 std::optional<ReadWorkbook> readWorkbook(const QString &path, QString *error);
 
-// Rows of a comma-separated file with quoted fields, as spreadsheet
-// programs write it.
-std::vector<QStringList> parseCsv(const QString &text);
-
 // A cell of a flat XML spreadsheet document: its text, its value type
 // ("string", "float", "date", "boolean", ...; empty for an empty cell) and
 // its value as the document writes it (a number, an ISO date, true/false).

@@ -398,8 +398,7 @@ TEST_F(XlsExport, LateBoundObjectExportsThePagesToItsFileName) {
 }
 
 // The workbook as a spreadsheet program reads it, converted by LibreOffice
-// to CSV for the values' places and kinds and to a flat XML spreadsheet
-// for texts beyond the Western code page the CSV is written in.
+// to a flat XML spreadsheet: the cells' places, kinds and whole texts.
 class XlsExportInSpreadsheet : public XlsExport {
 protected:
   void SetUp() override {
@@ -435,57 +434,45 @@ protected:
     return converted;
   }
 
-  static QString field(const std::vector<QStringList> &rows, int row, int column) {
-    if (row >= int(rows.size()) || column >= rows[row].size())
-      return QStringLiteral("<none>");
-    return rows[row][column];
-  }
-
   QString soffice_;
 };
 
-TEST_F(XlsExportInSpreadsheet, ValuesArriveInTheirRowsAndColumnsAsNumbersOrText) {
+TEST_F(XlsExportInSpreadsheet, ValuesArriveWholeInTheirRowsAndColumnsAsNumbersOrText) {
   const ListDocument list;
-  const std::vector<QStringList> rows = test::parseCsv(QString::fromLatin1(convert(list.document, "csv")));
-  ASSERT_EQ(int(rows.size()), ListDocument::kFirstPageLines + ListDocument::kSecondPageRows + 3);
+  const test::FlatSheet sheet = test::parseFlatSheet(convert(list.document, "fods"));
+  ASSERT_EQ(int(sheet.rows.size()), ListDocument::kFirstPageLines + ListDocument::kSecondPageRows + 3);
+  // A number shows as <number value>, everything else as its text.
+  const auto shown = [&](int row, int column) {
+    if (row >= int(sheet.rows.size()) || column >= int(sheet.rows[row].size()))
+      return QStringLiteral("<none>");
+    const test::FlatCell &cell = sheet.rows[row][column];
+    return cell.type == QLatin1String("float") ? QStringLiteral("<number %1>").arg(cell.value) : cell.text;
+  };
 
-  EXPECT_EQ(field(rows, 0, 0), QStringLiteral("Customer list"));
-  EXPECT_EQ(field(rows, 1, 3), QStringLiteral("Note"));
-  EXPECT_EQ(field(rows, 2, 0), QStringLiteral("Åsa Öberg"));
-  EXPECT_EQ(field(rows, 2, 1), QStringLiteral("Malmö"));
-  EXPECT_EQ(field(rows, 2, 2), QStringLiteral("1234.5"));
-  EXPECT_EQ(field(rows, 2, 3), QStringLiteral("+46 40 123"));
-  EXPECT_EQ(field(rows, 3, 2), QStringLiteral("-3"));
-  EXPECT_EQ(field(rows, 3, 3), QStringLiteral("=SUM(A1)"));
-  EXPECT_EQ(field(rows, 4, 2), QStringLiteral("-3.5"));
-  EXPECT_EQ(field(rows, 4, 3), QStringLiteral("2024-03-05"));
-  EXPECT_EQ(field(rows, 5, 2), QStringLiteral("42"));
-  EXPECT_EQ(field(rows, 6, 2), QStringLiteral("007"));
-  EXPECT_EQ(field(rows, 6, 3), QStringLiteral("@home"));
-  EXPECT_EQ(field(rows, 7, 3), QStringLiteral("Page 1 of 2"));
-
-  for (int i = 0; i < ListDocument::kSecondPageRows; ++i) {
-    const int row = ListDocument::kFirstPageLines + 2 + i;
-    EXPECT_EQ(field(rows, row, 0), list.secondRows[i].name);
-    EXPECT_EQ(field(rows, row, 2), QString::number(1000 * (i + 1) + 0.25, 'f', 2));
-  }
-  EXPECT_EQ(field(rows, int(rows.size()) - 1, 3), QStringLiteral("Page 2 of 2"));
-}
-
-TEST_F(XlsExportInSpreadsheet, UnicodeAndLongTextsArriveIntact) {
-  const ListDocument list;
-  const std::vector<QStringList> rows = test::parseFlatSpreadsheet(convert(list.document, "fods"));
-  ASSERT_EQ(int(rows.size()), ListDocument::kFirstPageLines + ListDocument::kSecondPageRows + 3);
-
+  EXPECT_EQ(shown(0, 0), QStringLiteral("Customer list"));
+  EXPECT_EQ(shown(1, 3), QStringLiteral("Note"));
   for (int i = 0; i < ListDocument::kFirstPageRows; ++i) {
-    EXPECT_EQ(field(rows, 2 + i, 0), list.firstRows[i].name);
-    EXPECT_EQ(field(rows, 2 + i, 1), list.firstRows[i].city);
+    EXPECT_EQ(shown(2 + i, 0), list.firstRows[i].name);
+    EXPECT_EQ(shown(2 + i, 1), list.firstRows[i].city);
   }
-  EXPECT_EQ(field(rows, 5, 3), list.firstRows[3].note);
+  EXPECT_EQ(shown(2, 2), QStringLiteral("<number 1234.5>"));
+  EXPECT_EQ(shown(2, 3), QStringLiteral("+46 40 123"));
+  EXPECT_EQ(shown(3, 2), QStringLiteral("<number -3>"));
+  EXPECT_EQ(shown(3, 3), QStringLiteral("=SUM(A1)"));
+  EXPECT_EQ(shown(4, 2), QStringLiteral("<number -3.5>"));
+  EXPECT_EQ(shown(4, 3), QStringLiteral("2024-03-05"));
+  EXPECT_EQ(shown(5, 2), QStringLiteral("<number 42>"));
+  EXPECT_EQ(shown(5, 3), list.firstRows[3].note);
+  EXPECT_EQ(shown(6, 2), QStringLiteral("007"));
+  EXPECT_EQ(shown(6, 3), QStringLiteral("@home"));
+  EXPECT_EQ(shown(7, 3), QStringLiteral("Page 1 of 2"));
   for (int i = 0; i < ListDocument::kSecondPageRows; ++i) {
     const int row = ListDocument::kFirstPageLines + 2 + i;
-    EXPECT_EQ(field(rows, row, 3), list.secondRows[i].note) << "row " << row;
+    EXPECT_EQ(shown(row, 0), list.secondRows[i].name);
+    EXPECT_EQ(shown(row, 2), QStringLiteral("<number %1>").arg(QString::number(1000 * (i + 1) + 0.25, 'g', 15)));
+    EXPECT_EQ(shown(row, 3), list.secondRows[i].note) << "row " << row;
   }
+  EXPECT_EQ(shown(int(sheet.rows.size()) - 1, 3), QStringLiteral("Page 2 of 2"));
 }
 
 } // namespace
