@@ -48,7 +48,7 @@ void writePlain(const PageDocument &pages, const QString &path) {
   for (int i = 0; i < pages.pageCount(); ++i) {
     if (i > 0)
       writer.newPage();
-    const Page &page = pages.page(i);
+    const Page page = pages.page(i);
     for (const PageItem &item : page.items())
       if (const auto *run = std::get_if<TextRun>(&item))
         painter.drawText(QPointF(run->box.x, run->box.y + 190), page.text(*run));

@@ -175,10 +175,12 @@ private:
 
 std::set<int> imagesShown(const PageDocument &document) {
   std::set<int> images;
-  for (int index = 0; index < document.pageCount(); ++index)
-    for (const PageItem &item : document.page(index).items())
+  for (int index = 0; index < document.pageCount(); ++index) {
+    const Page page = document.page(index);
+    for (const PageItem &item : page.items())
       if (const auto *image = std::get_if<ImageItem>(&item))
         images.insert(image->image);
+  }
   return images;
 }
 
@@ -217,7 +219,7 @@ QByteArray HtmlExporter::html(const PageDocument &document, const QString &baseN
     out += fontRule(index, document.font(index), coverage.fallbackFamilies(index));
   out += QLatin1String("</style>\n</head>\n<body>\n");
   for (int index = 0; index < document.pageCount(); ++index) {
-    const Page &page = document.page(index);
+    const Page page = document.page(index);
     out += QStringLiteral("<div class=\"page\" id=\"page%1\" style=\"width:%2;height:%3\">\n")
                .arg(index + 1)
                .arg(cssPoints(page.width()), cssPoints(page.height()));

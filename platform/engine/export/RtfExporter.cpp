@@ -33,7 +33,7 @@ struct Margins {
 Margins marginsOf(const PageDocument &document) {
   Twips left = INT_MAX, top = INT_MAX, right = INT_MAX, bottom = INT_MAX;
   for (int index = 0; index < document.pageCount(); ++index) {
-    const Page &page = document.page(index);
+    const Page page = document.page(index);
     for (const PageItem &item : page.items()) {
       if (const auto *run = std::get_if<TextRun>(&item)) {
         left = std::min(left, run->box.x);
@@ -59,18 +59,20 @@ public:
 
   QByteArray write() {
     collectColors();
-    const Page &first = document_.page(0);
+    const Page first = document_.page(0);
     body_ += "\\paperw" + number(first.width()) + "\\paperh" + number(first.height()) + "\\margl" +
              number(margins_.left) + "\\margr" + number(margins_.right) + "\\margt" + number(margins_.top) + "\\margb" +
              number(margins_.bottom);
     if (first.width() > first.height())
       body_ += "\\landscape";
     body_ += '\n';
+    Page previous;
     for (int index = 0; index < document_.pageCount(); ++index) {
-      const Page &page = document_.page(index);
+      Page page = document_.page(index);
       if (index > 0)
-        writeBreak(document_.page(index - 1), page);
+        writeBreak(previous, page);
       writePage(page);
+      previous = std::move(page);
     }
     // The font table last, once the pages have said which fonts they need.
     QByteArray out = "{\\rtf1\\ansi\\ansicpg1252\\deff0\\uc1\\deftab720\n" + fonts_.table();
@@ -81,10 +83,12 @@ public:
 
 private:
   void collectColors() {
-    for (int index = 0; index < document_.pageCount(); ++index)
-      for (const PageItem &item : document_.page(index).items())
+    for (int index = 0; index < document_.pageCount(); ++index) {
+      const Page page = document_.page(index);
+      for (const PageItem &item : page.items())
         if (const auto *run = std::get_if<TextRun>(&item))
           colors_.emplace(run->color & RGB_MASK, 0);
+    }
     int next = 1; // entry 0 is the reader's automatic colour
     for (auto &[color, index] : colors_)
       index = next++;

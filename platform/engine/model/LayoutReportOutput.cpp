@@ -54,7 +54,12 @@ std::unique_ptr<ReportRun> LayoutReport::runOntoNewPages(bool terminateAtEnd, bo
   pages_->setKeepsValues(keepValues);
   runErrors_.clear();
   auto run = std::make_unique<ReportRun>(*this, *pages_);
-  run->run(terminateAtEnd);
+  try {
+    run->run(terminateAtEnd);
+  } catch (...) {
+    pages_->clear(); // a run that failed leaves no pages, not the first of them
+    throw;
+  }
   pages_->setTitle(documentName.isEmpty() ? caption : documentName); // as the run's scripts left them
   return run;
 }

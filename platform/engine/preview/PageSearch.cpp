@@ -36,7 +36,7 @@ std::optional<TextHit> findText(const PageDocument &document, const QString &tex
     const int pageIndex = (firstPage + step) % pages;
     const bool firstVisit = step == 0;
     const bool lastVisit = step == pages;
-    const Page &page = document.page(pageIndex);
+    const Page page = document.page(pageIndex);
     for (int item = 0; item < page.itemCount(); ++item) {
       if ((firstVisit && item < start.item) || (lastVisit && item > start.item))
         continue;

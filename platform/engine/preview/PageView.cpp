@@ -48,7 +48,7 @@ void PageView::setMark(const std::optional<Box> &box) {
 QSize PageView::pixelSize() const {
   if (pageIndex_ < 0 || pageIndex_ >= document_->pageCount())
     return QSize(1, 1);
-  const Page &page = document_->page(pageIndex_);
+  const Page page = document_->page(pageIndex_);
   return QSize(std::max(1, int(std::lround(page.width() * scale_))),
                std::max(1, int(std::lround(page.height() * scale_))));
 }

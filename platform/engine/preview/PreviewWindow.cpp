@@ -310,7 +310,7 @@ void PreviewWindow::applyZoom() {
   if (zoomMode_ != ZoomMode::Percent && pageCount() > 0) {
     // Measured from the room without scroll bars, so that a scroll bar
     // coming or going does not change the fit and bring itself back.
-    const Page &page = document_->page(pageView_->pageIndex());
+    const Page page = document_->page(pageView_->pageIndex());
     const QSize room = scrollArea_->maximumViewportSize() - QSize(2 * kPageMargin, 2 * kPageMargin);
     const qreal byHeight = qreal(std::max(room.height(), 1)) / std::max(page.height(), 1);
     qreal byWidth = qreal(std::max(room.width(), 1)) / std::max(page.width(), 1);

@@ -18,13 +18,13 @@ int ThumbnailModel::rowCount(const QModelIndex &parent) const { return parent.is
 QSize ThumbnailModel::thumbnailSize() const {
   if (document_->pageCount() == 0)
     return QSize(width_, width_);
-  const Page &first = document_->page(0);
+  const Page first = document_->page(0);
   const qreal scale = qreal(width_) / std::max(1, first.width());
   return QSize(width_, std::max(1, int(std::lround(first.height() * scale))));
 }
 
 QPixmap ThumbnailModel::paintPage(int index) const {
-  const Page &page = document_->page(index);
+  const Page page = document_->page(index);
   const qreal scale = qreal(width_) / std::max(1, page.width());
   QPixmap picture(width_, std::max(1, int(std::lround(page.height() * scale))));
   picture.fill(Qt::white);

@@ -71,7 +71,7 @@ QString GlyphCoverage::familyFor(int font, char32_t c) {
 void GlyphCoverage::scan(int firstPage, int lastPage) {
   QSet<char32_t> missing(missing_.cbegin(), missing_.cend());
   for (int index = firstPage; index <= lastPage; ++index) {
-    const Page &page = document_.page(index);
+    const Page page = document_.page(index);
     for (const PageItem &item : page.items()) {
       const auto *run = std::get_if<TextRun>(&item);
       if (!run)

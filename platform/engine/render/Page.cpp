@@ -3,6 +3,8 @@
 #include "core/Error.h"
 
 #include <algorithm>
+#include <cstring>
+#include <type_traits>
 #include <limits>
 
 namespace kordel::engine {
@@ -11,6 +13,26 @@ namespace kordel::engine {
 // much plus its characters.
 static_assert(sizeof(PageItem) <= 48, "page items must stay compact");
 static_assert(sizeof(PrintedValue) <= 32, "printed values must stay compact");
+// Pages leave memory as the bytes of their arrays.
+static_assert(std::is_trivially_copyable_v<PageItem> && std::is_trivially_copyable_v<PrintedValue>);
+
+namespace {
+
+// What the bytes of a page begin with: its size and the lengths of its
+// arrays, which follow one after another.
+struct PageBytesHead {
+  Twips width = 0;
+  Twips height = 0;
+  std::uint32_t items = 0;
+  std::uint32_t poolLength = 0;
+  std::uint32_t values = 0;
+};
+
+template <typename T> void appendArray(QByteArray &out, const T *data, std::size_t count) {
+  out.append(reinterpret_cast<const char *>(data), qsizetype(count * sizeof(T)));
+}
+
+} // namespace
 
 void Page::setSize(Twips width, Twips height) {
   width_ = width;
@@ -128,6 +150,39 @@ void Page::squeeze() {
   items_.shrink_to_fit();
   textPool_.squeeze();
   values_.shrink_to_fit();
+}
+
+void Page::appendBytes(QByteArray &out) const {
+  const PageBytesHead head{width_, height_, std::uint32_t(items_.size()), std::uint32_t(textPool_.size()),
+                           std::uint32_t(values_.size())};
+  appendArray(out, &head, 1);
+  appendArray(out, items_.data(), items_.size());
+  appendArray(out, textPool_.constData(), std::size_t(textPool_.size()));
+  appendArray(out, values_.data(), values_.size());
+}
+
+Page Page::fromBytes(const char *data, qsizetype size) {
+  PageBytesHead head;
+  const auto fail = [] {
+    raiseError(ErrorNumber::InvalidCall, QStringLiteral("Page"), QStringLiteral("The stored page is damaged"));
+  };
+  if (size < qsizetype(sizeof head))
+    fail();
+  std::memcpy(&head, data, sizeof head);
+  const std::size_t expected = sizeof head + head.items * sizeof(PageItem) + head.poolLength * sizeof(QChar) +
+                               head.values * sizeof(PrintedValue);
+  if (std::size_t(size) != expected)
+    fail();
+  Page page(head.width, head.height);
+  const char *at = data + sizeof head;
+  page.items_.resize(head.items);
+  std::memcpy(page.items_.data(), at, head.items * sizeof(PageItem));
+  at += head.items * sizeof(PageItem);
+  page.textPool_ = QString(reinterpret_cast<const QChar *>(at), qsizetype(head.poolLength));
+  at += head.poolLength * sizeof(QChar);
+  page.values_.resize(head.values);
+  std::memcpy(page.values_.data(), at, head.values * sizeof(PrintedValue));
+  return page;
 }
 
 std::size_t Page::approximateBytes() const {

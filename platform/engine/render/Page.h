@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArray>
 #include <QColor>
 #include <QRectF>
 #include <QString>
@@ -178,6 +179,11 @@ public:
 
   // Gives back the room kept for items and text still to come.
   void squeeze();
+  // The page in a compact binary form, for this process to read back with
+  // fromBytes: a page that left memory for a while.
+  void appendBytes(QByteArray &out) const;
+  // Raises 5 for bytes that do not hold a page.
+  static Page fromBytes(const char *data, qsizetype size);
   // The memory the page holds, in bytes, counting what its containers
   // have reserved.
   std::size_t approximateBytes() const;

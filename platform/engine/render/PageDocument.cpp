@@ -134,23 +134,38 @@ void PageDocument::checkReferences(const Page &page) const {
 
 void PageDocument::append(Page page) {
   checkReferences(page);
-  page.squeeze();
-  pages_.push_back(std::move(page));
+  pages_.append(std::move(page));
 }
 
-const Page &PageDocument::page(int index) const {
-  checkIndex(index, pageCount(), "page");
-  return pages_[std::size_t(index)];
+void PageDocument::addPageCount(int page, PageCountText text) {
+  checkIndex(page, pageCount(), "page");
+  pageCounts_.push_back(PendingPageCount{page, false, std::move(text)});
 }
 
-Page &PageDocument::page(int index) {
+void PageDocument::resolvePageCounts(const std::function<QString(const QString &format)> &textFor) {
+  for (PendingPageCount &pending : pageCounts_)
+    if (!pending.resolved) {
+      pending.text.format = textFor(pending.text.format);
+      pending.resolved = true;
+    }
+}
+
+Page PageDocument::page(int index) const {
   checkIndex(index, pageCount(), "page");
-  return pages_[std::size_t(index)];
+  Page page = pages_.page(index);
+  // The counts are added in the order of their pages.
+  auto count = std::lower_bound(pageCounts_.cbegin(), pageCounts_.cend(), index,
+                                [](const PendingPageCount &pending, int page) { return pending.page < page; });
+  for (; count != pageCounts_.cend() && count->page == index; ++count)
+    if (count->resolved)
+      page.addText(count->text.box, count->text.format, count->text.font, count->text.color, count->text.align);
+  return page;
 }
 
 void PageDocument::clear() {
   pages_.clear();
-  pages_.shrink_to_fit();
+  pageCounts_.clear();
+  pageCounts_.shrink_to_fit();
   fonts_.clear();
   fontIndex_.clear();
   images_.clear();
@@ -164,9 +179,9 @@ void PageDocument::clear() {
 }
 
 std::size_t PageDocument::approximateBytes() const {
-  std::size_t bytes = sizeof(PageDocument) + (pages_.capacity() - pages_.size()) * sizeof(Page);
-  for (const Page &page : pages_)
-    bytes += page.approximateBytes();
+  std::size_t bytes = sizeof(PageDocument) + pages_.approximateBytes();
+  for (const PendingPageCount &pending : pageCounts_)
+    bytes += sizeof(PendingPageCount) + std::size_t(pending.text.format.capacity()) * sizeof(QChar);
   for (const PageFont &font : fonts_)
     bytes += sizeof(PageFont) + std::size_t(font.family.capacity()) * sizeof(QChar);
   for (const QImage &image : images_)

@@ -2,12 +2,14 @@
 
 #include "engine/render/PageFont.h"
 #include "engine/render/Page.h"
+#include "engine/render/PageStore.h"
 
 #include <QHash>
 #include <QImage>
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <vector>
 
 namespace kordel::engine {
@@ -33,6 +35,15 @@ struct BandShowing {
   // Printed again what was printed before: a group header repeated at
   // the top of a page.
   bool repeat = false;
+};
+
+// Where and how a page shows the number of pages of its run.
+struct PageCountText {
+  Box box;
+  int font = 0;
+  QRgb color = kBlack;
+  TextAlign align = TextAlign::Left;
+  QString format; // the text itself once resolved
 };
 
 // A control that printed values: its name and its output format.
@@ -89,12 +100,20 @@ public:
 
   // Adds a finished page. Raises 5 for a page without a size and 9 for a
   // page that refers to a font, image, band or control the tables lack; the document
-  // stays as it was.
+  // stays as it was. Pages beyond a few megabytes leave memory for a
+  // temporary file (PageStore); raises 7 when it cannot be written.
   void append(Page page);
-  int pageCount() const { return int(pages_.size()); }
-  // Pages count from 0; raises 9 for an index out of range.
-  const Page &page(int index) const;
-  Page &page(int index);
+  int pageCount() const { return pages_.count(); }
+  // A page, counting from 0, with the page counts resolved so far; raises
+  // 9 for an index out of range. A page that left memory is read back.
+  Page page(int index) const;
+
+  // A text on a page that shows the number of pages, known only when the
+  // run has placed its last page: its format waits until then. Counts are
+  // added in the order of their pages; raises 9 for a page not added yet.
+  void addPageCount(int page, PageCountText text);
+  // Gives the counts added so far their texts, from their formats.
+  void resolvePageCounts(const std::function<QString(const QString &format)> &textFor);
 
   // Drops the pages and the tables; the title stays.
   void clear();
@@ -105,8 +124,15 @@ public:
 private:
   void checkReferences(const Page &page) const;
 
+  struct PendingPageCount {
+    int page = 0;
+    bool resolved = false;
+    PageCountText text;
+  };
+
   QString title_;
-  std::vector<Page> pages_;
+  PageStore pages_;
+  std::vector<PendingPageCount> pageCounts_;
   std::vector<PageFont> fonts_;
   QHash<PageFont, int> fontIndex_;
   std::vector<QImage> images_;

@@ -3,13 +3,16 @@
 #include "engine/render/PageDocument.h"
 #include "engine/run/SectionRenderer.h"
 
+#include <utility>
+
 namespace kordel::engine {
 
 Paginator::Paginator(PageDocument &document, Paper paper, Twips footerReserve, Hooks hooks)
     : document_(document), paper_(paper), footerReserve_(footerReserve), hooks_(std::move(hooks)) {}
 
 void Paginator::openPage() {
-  pages_.emplace_back(paper_.width, paper_.height);
+  page_ = Page(paper_.width, paper_.height);
+  ++pageNumber_;
   open_ = true;
   hasBody_ = false;
   breakPending_ = false;
@@ -40,19 +43,22 @@ void Paginator::closePage() {
   if (hooks_.pageEnd)
     hooks_.pageEnd();
   open_ = false;
+  document_.append(std::exchange(page_, Page()));
+  for (PageCountText &count : pageCounts_)
+    document_.addPageCount(document_.pageCount() - 1, std::move(count));
+  pageCounts_.clear();
 }
 
 void Paginator::placePiece(const BandPiece &piece) {
-  Page &page = pages_.back();
-  drawPiece(piece, page, paper_.left, y_);
+  drawPiece(piece, page_, paper_.left, y_);
   for (PageCounter counter : piece.counters) {
     counter.box.x += paper_.left;
     counter.box.y += y_;
     if (counter.kind == PageCounter::Kind::PageNumber)
-      page.addText(counter.box, formatFieldText(Variant(pageNumber()), counter.format), counter.font, counter.color,
-                   counter.align);
+      page_.addText(counter.box, formatFieldText(Variant(pageNumber()), counter.format), counter.font, counter.color,
+                    counter.align);
     else
-      pendingCounts_.push_back({pageNumber() - 1, counter});
+      pageCounts_.push_back(PageCountText{counter.box, counter.font, counter.color, counter.align, counter.format});
   }
   y_ += piece.height();
 }
@@ -90,19 +96,12 @@ void Paginator::place(const Band &band) {
 }
 
 void Paginator::finish() {
-  if (!open_ && pages_.empty())
+  if (!open_ && pageNumber_ == 0)
     openPage();
   if (open_)
     closePage();
-  for (const PendingCount &pending : pendingCounts_) {
-    const PageCounter &counter = pending.counter;
-    pages_[std::size_t(pending.page)].addText(counter.box, formatFieldText(Variant(pageNumber()), counter.format),
-                                              counter.font, counter.color, counter.align);
-  }
-  pendingCounts_.clear();
-  for (Page &page : pages_)
-    document_.append(std::move(page));
-  pages_.clear();
+  const Variant total(pageNumber());
+  document_.resolvePageCounts([&](const QString &format) { return formatFieldText(total, format); });
 }
 
 } // namespace kordel::engine

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "engine/render/PageDocument.h"
 #include "engine/run/Band.h"
 
 #include <functional>
@@ -8,7 +9,6 @@
 
 namespace kordel::engine {
 
-class PageDocument;
 
 // Places formatted bands on pages.
 //
@@ -22,10 +22,10 @@ class PageDocument;
 // holds nothing but its header, in which case it is placed anyway (and
 // runs off the bottom). A band of several pieces may break between pieces
 // unless it is kept together. NewPage before closes a page with content;
-// NewPage after makes the next band start a new page. Page numbers are
-// drawn when a band is placed; page counts wait in a list until finish,
-// when the number of pages is known, and only then do the pages go into
-// the document.
+// NewPage after makes the next band start a new page. Each page goes
+// into the document as it closes. Page numbers are drawn when a band is
+// placed; page counts go to the document as texts still to be written,
+// which finish, when the number of pages is known, resolves.
 class Paginator {
 public:
   struct Paper {
@@ -51,18 +51,13 @@ public:
   // band's BeforePrint, so that a band that opens a page is printed after
   // its PageStart. Placing the band afterwards breaks no page again.
   void makeRoomFor(const Band &band);
-  // Closes the last page (making one when nothing was placed at all),
-  // fills in the page counts and hands the pages to the document.
+  // Closes the last page (making one when nothing was placed at all) and
+  // resolves the page counts.
   void finish();
   // The number of the open page, or of the last one; 0 before the first.
-  int pageNumber() const { return int(pages_.size()); }
+  int pageNumber() const { return pageNumber_; }
 
 private:
-  struct PendingCount {
-    int page;
-    PageCounter counter; // its box on the page
-  };
-
   void openPage();
   void placePageHeader();
   void closePage();
@@ -73,8 +68,9 @@ private:
   Paper paper_;
   Twips footerReserve_;
   Hooks hooks_;
-  std::vector<Page> pages_;
-  std::vector<PendingCount> pendingCounts_;
+  Page page_; // the open page
+  int pageNumber_ = 0;
+  std::vector<PageCountText> pageCounts_; // on the open page
   bool open_ = false;
   bool hasBody_ = false;
   bool headerPlaced_ = false;

@@ -23,6 +23,12 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <csignal>
+#include <functional>
+
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 using namespace kordel;
 using namespace kordel::engine;
@@ -68,8 +74,15 @@ protected:
 
   // Three pages: A4 portrait with names in two columns and a line below
   // them, A4 landscape in bold, A4 portrait in italic serif.
-  static PageDocument threePages() {
+  // Three pages; change may add to each page before it goes into the
+  // document.
+  static PageDocument threePages(const std::function<void(int, Page &)> &change = {}) {
     PageDocument document;
+    const auto append = [&](Page &page) {
+      if (change)
+        change(document.pageCount(), page);
+      document.append(page);
+    };
     const int body = document.internFont(PageFont{});
     PageFont boldFont;
     boldFont.bold = true;
@@ -85,16 +98,16 @@ protected:
     first.addText({1440, 1440, 4000, 300}, QStringLiteral("Åsa Öberg"), body);
     first.addText({1440, 2880, 4000, 300}, QStringLiteral("Ελληνικά"), body);
     first.addLine({1440, 3300, 10000, 3300, Stroke{}});
-    document.append(first);
+    append(first);
 
     Page second(kA4Long, kA4Short);
     second.addText({1440, 1440, 14000, 400}, QStringLiteral("Landscape summary"), bold, kBlack, TextAlign::Center);
-    document.append(second);
+    append(second);
 
     Page third(kA4Short, kA4Long);
     third.addText({1440, 1440, 9000, 300}, QStringLiteral("Third page ends the report"), serif, kBlack,
                   TextAlign::Right);
-    document.append(third);
+    append(third);
     return document;
   }
 
@@ -296,10 +309,13 @@ TEST_F(PdfExport, LinesShapesAndImagesShowInTheirColours) {
 TEST_F(PdfExport, CharactersNoInstalledFontHasAreCountedInOneWarningAnExport) {
   // Code points that Unicode has not assigned have no glyph in any font.
   const QString unassigned = QString(QChar(0x0378)) + QChar(0x0379);
-  PageDocument document = threePages();
+  PageDocument document = threePages([&](int index, Page &page) {
+    if (index == 0)
+      page.addText({1440, 5000, 4000, 300}, QStringLiteral("Code ") + unassigned, 0);
+    if (index == 2)
+      page.addText({1440, 5000, 4000, 300}, QString(QChar(0x0378)), 0);
+  });
   document.setTitle(QStringLiteral("Price list"));
-  document.page(0).addText({1440, 5000, 4000, 300}, QStringLiteral("Code ") + unassigned, 0);
-  document.page(2).addText({1440, 5000, 4000, 300}, QString(QChar(0x0378)), 0);
 
   const Warnings warnings;
   PdfExporter().exportDocument(document, dir_.file(QStringLiteral("boxes.pdf")));
@@ -376,10 +392,21 @@ TEST_F(PdfExport, ATargetThatCannotBeWrittenRaises70) {
 TEST_F(PdfExport, AFailureOnTheWayKeepsTheEarlierFileAndLeavesNoPartOfTheNewOne) {
   const QString path = dir_.file(QStringLiteral("report.pdf"));
   ASSERT_TRUE(test::writeFile(path, "the earlier export"));
-  PageDocument document = threePages();
-  // A page changed after it was appended now names a font the document lacks.
-  document.page(2).addText({0, 0, 100, 100}, QStringLiteral("lost"), 7);
-  EXPECT_EQ(test::errorNumber([&] { PdfExporter().exportDocument(document, path); }), ErrorNumber::SubscriptOutOfRange);
+  const PageDocument document = threePages();
+  // A child process exports under a file size limit the PDF cannot fit
+  // (its fonts alone are larger): a full disk, as the export sees it.
+  const pid_t child = ::fork();
+  ASSERT_GE(child, 0);
+  if (child == 0) {
+    const rlimit fileSize{8192, 8192};
+    ::setrlimit(RLIMIT_FSIZE, &fileSize);
+    ::signal(SIGXFSZ, SIG_IGN); // a write beyond the limit fails instead of ending the process
+    const int number = test::errorNumber([&] { PdfExporter().exportDocument(document, path); });
+    ::_exit(number == ErrorNumber::PermissionDenied ? 0 : 1);
+  }
+  int status = 0;
+  ASSERT_EQ(::waitpid(child, &status, 0), child);
+  EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << "the export fails with error 70";
   EXPECT_EQ(test::readFile(path), QByteArray("the earlier export"));
   EXPECT_EQ(QDir(dir_.path()).entryList(QDir::NoDotAndDotDot | QDir::AllEntries | QDir::Hidden),
             QStringList{QStringLiteral("report.pdf")});

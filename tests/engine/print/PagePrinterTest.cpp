@@ -115,15 +115,17 @@ TEST_F(PagePrinting, PaperBinsComeInTheDriversOrderAndGoWithTheJob) {
   settings.queue = QStringLiteral("kordel_bins");
   settings.paperBin = 2;
   PageDocument document = twoPages();
-  document.page(1).setSize(kA4Long, kA4Short);
-  const test::JobAttributes fromLower = test::jobAttributes(PagePrinter(settings).printPages(document, 1, 1));
+  Page landscape(kA4Long, kA4Short);
+  landscape.addText({1440, 1440, 8000, 300}, QStringLiteral("Totals carried over"), 0);
+  document.append(landscape);
+  const test::JobAttributes fromLower = test::jobAttributes(PagePrinter(settings).printPages(document, 2, 2));
   EXPECT_EQ(fromLower.mediaSource, QStringLiteral("bottom"));
   EXPECT_EQ(fromLower.orientation, 4) << "a landscape first page prints landscape";
   EXPECT_EQ(fromLower.copies, 1);
 
   settings.paperBin = 0;
   settings.orientation = PrintOrientation::Portrait;
-  const test::JobAttributes anyBin = test::jobAttributes(PagePrinter(settings).printPages(document, 1, 1));
+  const test::JobAttributes anyBin = test::jobAttributes(PagePrinter(settings).printPages(document, 2, 2));
   EXPECT_EQ(anyBin.mediaSource, QString());
   EXPECT_EQ(anyBin.orientation, 3);
   EXPECT_TRUE(clientTemporaryFiles().isEmpty());

@@ -17,7 +17,7 @@ constexpr qreal kScale = 0.1; // 144 dots per inch
 constexpr QRgb kWhite = 0xffffffff;
 
 QImage paintPage(const PageDocument &document, int index = 0) {
-  const Page &page = document.page(index);
+  const Page page = document.page(index);
   QImage image(int(page.width() * kScale), int(page.height() * kScale), QImage::Format_ARGB32);
   image.fill(kWhite);
   QPainter painter(&image);

@@ -113,7 +113,7 @@ std::shared_ptr<Label> addLabel(Section &section, const QString &caption, float 
 // runs on one line joined by a blank.
 QStringList pageLines(const PageDocument &document, int index) {
   std::map<std::pair<int, int>, QString> runs;
-  const Page &page = document.page(index);
+  const Page page = document.page(index);
   for (const PageItem &item : page.items())
     if (const auto *run = std::get_if<TextRun>(&item))
       runs[{run->box.y, run->box.x}] += page.text(*run);
@@ -293,9 +293,10 @@ TEST(ReportRunTest, TextAndWebExportsKeepTheWholeValueThatThePageCuts) {
   report->run();
   const PageDocument &pages = *report->pages();
   QStringList printed;
-  for (const PageItem &item : pages.page(0).items())
+  const Page first = pages.page(0);
+  for (const PageItem &item : first.items())
     if (const auto *run = std::get_if<TextRun>(&item))
-      printed << pages.page(0).text(*run);
+      printed << first.text(*run);
   EXPECT_FALSE(printed.contains(longName)) << "the page shows the first line only";
   EXPECT_FALSE(printed.join(u'|').contains(QStringLiteral("second line")));
 

@@ -8,9 +8,8 @@
 
 namespace kordel::engine::pdf {
 
-// One face of an installed font file, loaded twice over: for HarfBuzz,
-// which shapes text with it in font units, and for cairo, which draws its
-// glyphs and embeds the subset of them that a document uses. A face can
+// One face of an installed font file, as HarfBuzz reads it: it shapes text
+// in font units and gives the glyphs' outlines for embedding. A face can
 // be drawn emboldened or slanted where the file has no bold or italic of
 // its own.
 class FontFace {
@@ -19,19 +18,22 @@ public:
   // read as a font.
   static std::unique_ptr<FontFace> load(const QByteArray &file, int index, bool embolden, bool slant);
 
-  // A font at the size of one unit per em unit, for shaping.
-  hb_font_t *shapingFont() const { return shapingFont_.get(); }
-  cairo_font_face_t *drawingFace() const { return drawingFace_.get(); }
+  // A font at the size of one unit per em unit.
+  hb_font_t *font() const { return font_.get(); }
+  hb_face_t *face() const { return hb_font_get_face(font_.get()); }
   double unitsPerEm() const { return unitsPerEm_; }
+  bool embolden() const { return embolden_; }
+  bool slant() const { return slant_; }
   // Whether the face's character map has c.
   bool hasGlyph(char32_t c) const;
 
 private:
-  FontFace(HbFontPtr shapingFont, CairoFontFacePtr drawingFace, double unitsPerEm);
+  FontFace(HbFontPtr font, double unitsPerEm, bool embolden, bool slant);
 
-  HbFontPtr shapingFont_;
-  CairoFontFacePtr drawingFace_;
+  HbFontPtr font_;
   double unitsPerEm_;
+  bool embolden_;
+  bool slant_;
 };
 
 } // namespace kordel::engine::pdf

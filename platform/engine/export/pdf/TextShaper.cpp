@@ -59,34 +59,9 @@ QByteArray reversed(const QByteArray &utf8) {
   return QString::fromUcs4(reinterpret_cast<const char32_t *>(characters.constData()), characters.size()).toUtf8();
 }
 
-qsizetype approximateBytes(const ShapedLine &line, const QString &text) {
-  qsizetype bytes = qsizetype(sizeof(ShapedLine)) + text.size() * 2;
-  for (const ShapedSegment &segment : line.segments)
-    bytes += qsizetype(sizeof(ShapedSegment)) + segment.utf8.size() +
-             qsizetype(segment.glyphs.size() * sizeof(cairo_glyph_t) +
-                       segment.clusters.size() * sizeof(cairo_text_cluster_t));
-  return bytes;
-}
-
 } // namespace
 
-TextShaper::TextShaper(FontResolver &fonts, qsizetype cacheBytes)
-    : fonts_(fonts), buffer_(hb_buffer_create()), cache_(cacheBytes) {}
-
-const ShapedLine &TextShaper::shape(int font, const QString &text) {
-  const auto key = qMakePair(font, text);
-  if (const ShapedLine *cached = cache_.object(key))
-    return *cached;
-  auto line = std::make_unique<ShapedLine>(shapeLine(font, text));
-  const qsizetype cost = approximateBytes(*line, text);
-  if (cost > cache_.maxCost()) {
-    uncached_ = std::move(*line);
-    return *uncached_;
-  }
-  ShapedLine *kept = line.release();
-  cache_.insert(key, kept, cost);
-  return *kept;
-}
+TextShaper::TextShaper(FontResolver &fonts) : fonts_(fonts), buffer_(hb_buffer_create()) {}
 
 std::vector<TextShaper::Piece> TextShaper::split(int font, const QByteArray &utf8, bool &rightToLeftLine) {
   // The buffer, before shaping, holds the line's characters with their
@@ -155,7 +130,7 @@ ShapedSegment TextShaper::shapePiece(const Piece &piece, const QByteArray &utf8,
                      piece.end - piece.begin); // the rest of the line is context
   hb_buffer_set_direction(buffer, piece.rightToLeft ? HB_DIRECTION_RTL : HB_DIRECTION_LTR);
   hb_buffer_guess_segment_properties(buffer);
-  hb_shape(piece.face->shapingFont(), buffer, nullptr, 0);
+  hb_shape(piece.face->font(), buffer, nullptr, 0);
   unsigned count = 0;
   const hb_glyph_info_t *infos = hb_buffer_get_glyph_infos(buffer, &count);
   const hb_glyph_position_t *positions = hb_buffer_get_glyph_positions(buffer, nullptr);
@@ -165,7 +140,7 @@ ShapedSegment TextShaper::shapePiece(const Piece &piece, const QByteArray &utf8,
   segment.glyphs.reserve(count);
   for (unsigned i = 0; i < count; ++i) {
     segment.glyphs.push_back(
-        cairo_glyph_t{infos[i].codepoint, advance + positions[i].x_offset * scale, -positions[i].y_offset * scale});
+        ShapedGlyph{infos[i].codepoint, advance + positions[i].x_offset * scale, positions[i].y_offset * scale});
     advance += positions[i].x_advance * scale;
   }
   // The clusters in the order of the text: where each begins and ends in
@@ -196,12 +171,12 @@ ShapedSegment TextShaper::shapePiece(const Piece &piece, const QByteArray &utf8,
   for (const Cluster &cluster : clusters) {
     const QByteArray text = utf8.mid(cluster.begin, cluster.end - cluster.begin);
     segment.utf8 += piece.rightToLeft ? reversed(text) : text;
-    segment.clusters.push_back(cairo_text_cluster_t{cluster.end - cluster.begin, cluster.glyphs});
+    segment.clusters.push_back(ShapedCluster{cluster.end - cluster.begin, cluster.glyphs});
   }
   return segment;
 }
 
-ShapedLine TextShaper::shapeLine(int font, const QString &text) {
+ShapedLine TextShaper::shape(int font, const QString &text) {
   const QByteArray utf8 = text.toUtf8();
   bool rightToLeftLine = false;
   std::vector<Piece> pieces = split(font, utf8, rightToLeftLine);

@@ -2,25 +2,38 @@
 
 #include "engine/export/pdf/FontResolver.h"
 
-#include <QCache>
 #include <QString>
 
-#include <cairo.h>
-
-#include <optional>
+#include <cstdint>
 #include <vector>
 
 namespace kordel::engine::pdf {
 
+// A glyph of a face placed on a line: how far from the line's start and
+// how far above its baseline, in twips.
+struct ShapedGlyph {
+  std::uint32_t id = 0;
+  double x = 0;
+  double rise = 0;
+};
+
+// A group of glyphs that shows a group of characters and cannot be cut
+// between them: how many bytes of the segment's text and how many glyphs
+// it has.
+struct ShapedCluster {
+  int bytes = 0;
+  int glyphs = 0;
+};
+
 // A piece of a line in one face and one direction, shaped: its glyphs from
-// left to right, placed from the line's start on its baseline in twips,
-// and the clusters that map them back to the characters they show. The
-// text is in the order of the glyphs: right to left text in reverse.
+// left to right and the clusters that map them back to the characters they
+// show. The text is in the order of the glyphs: right to left text in
+// reverse.
 struct ShapedSegment {
   FontFace *face = nullptr;
   QByteArray utf8;
-  std::vector<cairo_glyph_t> glyphs;
-  std::vector<cairo_text_cluster_t> clusters;
+  std::vector<ShapedGlyph> glyphs;
+  std::vector<ShapedCluster> clusters;
 };
 
 // A line of text shaped in a document's font: its segments from left to
@@ -47,19 +60,12 @@ struct ShapedLine {
 // segments against it is turned around. That places the common cases (a
 // Latin name or a number in Arabic or Hebrew text) as the full
 // bidirectional algorithm would; nested embeddings are beyond it.
-//
-// The cache: reports print the same texts on page after page (labels,
-// names, repeated values), so shaped lines are kept by font and text, least
-// recently used first out, bounded by their approximate bytes.
 class TextShaper {
 public:
-  explicit TextShaper(FontResolver &fonts, qsizetype cacheBytes = kDefaultCacheBytes);
+  explicit TextShaper(FontResolver &fonts);
 
-  // The line shaped in the document's font of that index; valid until the
-  // next call.
-  const ShapedLine &shape(int font, const QString &text);
-
-  static constexpr qsizetype kDefaultCacheBytes = 16 * 1024 * 1024;
+  // The line shaped in the document's font of that index.
+  ShapedLine shape(int font, const QString &text);
 
 private:
   struct Piece {
@@ -69,14 +75,11 @@ private:
     bool rightToLeft;
   };
 
-  ShapedLine shapeLine(int font, const QString &text);
   std::vector<Piece> split(int font, const QByteArray &utf8, bool &rightToLeftLine);
   ShapedSegment shapePiece(const Piece &piece, const QByteArray &utf8, double scale, double &advance);
 
   FontResolver &fonts_;
   HbBufferPtr buffer_;
-  QCache<QPair<int, QString>, ShapedLine> cache_;
-  std::optional<ShapedLine> uncached_; // a line too big for the cache
 };
 
 } // namespace kordel::engine::pdf

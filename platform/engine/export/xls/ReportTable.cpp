@@ -148,7 +148,7 @@ template <class Visit> void ReportTable::walk(Visit visit) const {
   };
 
   for (int index = 0; index < document_.pageCount(); ++index) {
-    const Page &page = document_.page(index);
+    const Page page = document_.page(index);
     for (const PageItem &item : page.items()) {
       const auto *run = std::get_if<TextRun>(&item);
       if (!run)
@@ -190,7 +190,7 @@ ReportTable::ReportTable(const PageDocument &document) : document_(document) {
   std::vector<Twips> lefts;
   std::optional<std::uint32_t> heading;
   for (int index = 0; index < document.pageCount(); ++index) {
-    const Page &page = document.page(index);
+    const Page page = document.page(index);
     for (const PageItem &item : page.items()) {
       const auto *run = std::get_if<TextRun>(&item);
       const PrintedValue *value = run ? page.valueOf(*run) : nullptr;

@@ -61,7 +61,7 @@ PageSheet::PageSheet(const PageDocument &document) {
 
   std::vector<PlacedRun> runs;
   for (int index = 0; index < document.pageCount(); ++index) {
-    const Page &page = document.page(index);
+    const Page page = document.page(index);
     std::vector<Twips> tops;
     forEachText(page, [&](const TextRun &run, const QString &) { tops.push_back(run.box.y); });
     const std::vector<Twips> lines = groupStarts(std::move(tops), kRowTolerance);
