@@ -69,7 +69,8 @@ QByteArray subsetTag(int serial) {
 } // namespace
 
 EmbeddedFont::EmbeddedFont(FontFace &face, int objectNumber, int serial)
-    : face_(face), objectNumber_(objectNumber), widths_(hb_face_get_glyph_count(face.face()), kUnused) {
+    : face_(face), objectNumber_(objectNumber), widths_(hb_face_get_glyph_count(face.face()), kUnused),
+      characters_(widths_.size(), 0) {
   resourceName_ = "/F";
   resourceName_.append(QByteArray::number(serial));
   baseFont_ = subsetTag(serial) + '+' + postScriptName(face.face());
@@ -84,14 +85,31 @@ int EmbeddedFont::use(std::uint32_t glyph) {
   return width;
 }
 
+bool EmbeddedFont::mapsTo(std::uint32_t glyph, char32_t character) {
+  if (glyph >= characters_.size())
+    glyph = 0;
+  char32_t &mapped = characters_[glyph];
+  if (mapped == 0)
+    mapped = character;
+  return mapped == character;
+}
+
 bool EmbeddedFont::mapsTo(std::uint32_t glyph, const QString &text) {
-  if (text.size() > kLongestMappedText)
+  const bool oneCharacter = text.size() == 1 || (text.size() == 2 && text.front().isHighSurrogate());
+  if (oneCharacter && text.front() != QChar(0))
+    return mapsTo(glyph, text.size() == 1 ? char32_t(text.front().unicode())
+                                          : QChar::surrogateToUcs4(text.front(), text.back()));
+  if (text.isEmpty() || text.size() > kLongestMappedText)
     return false;
-  const auto found = texts_.constFind(glyph);
-  if (found != texts_.cend())
-    return *found == text;
-  texts_.insert(glyph, text);
-  return true;
+  if (glyph >= characters_.size())
+    glyph = 0;
+  char32_t &mapped = characters_[glyph];
+  if (mapped == 0) {
+    mapped = kLongerText;
+    texts_.insert(glyph, text);
+    return true;
+  }
+  return mapped == kLongerText && texts_.value(glyph) == text;
 }
 
 QByteArray EmbeddedFont::fontProgram(bool &compactOutlines) const {
@@ -142,8 +160,10 @@ QByteArray EmbeddedFont::widths() const {
 }
 
 QByteArray EmbeddedFont::toUnicode() const {
-  std::vector<std::uint32_t> glyphs(texts_.keyBegin(), texts_.keyEnd());
-  std::sort(glyphs.begin(), glyphs.end());
+  std::vector<std::uint32_t> glyphs;
+  for (std::uint32_t glyph = 0; glyph < characters_.size(); ++glyph)
+    if (characters_[glyph] != 0)
+      glyphs.push_back(glyph);
   QByteArray out("/CIDInit/ProcSet findresource begin\n12 dict begin\nbegincmap\n"
                  "/CIDSystemInfo<</Registry(Adobe)/Ordering(UCS)/Supplement 0>>def\n"
                  "/CMapName/Adobe-Identity-UCS def\n/CMapType 2 def\n"
@@ -153,10 +173,13 @@ QByteArray EmbeddedFont::toUnicode() const {
     appendInteger(out, std::int64_t(end - begin));
     out.append(" beginbfchar\n");
     for (std::size_t i = begin; i < end; ++i) {
+      const std::uint32_t glyph = glyphs[i];
+      const char32_t character = characters_[glyph];
       out.append('<');
-      appendHex16(out, glyphs[i]);
+      appendHex16(out, glyph);
       out.append("><");
-      for (const QChar c : texts_.value(glyphs[i]))
+      const QString text = character == kLongerText ? texts_.value(glyph) : QString::fromUcs4(&character, 1);
+      for (const QChar c : text)
         appendHex16(out, c.unicode());
       out.append(">\n");
     }

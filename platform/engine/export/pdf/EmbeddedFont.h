@@ -42,6 +42,7 @@ public:
   // Whether the map gives the glyph that text, giving it when the glyph
   // has none yet.
   bool mapsTo(std::uint32_t glyph, const QString &text);
+  bool mapsTo(std::uint32_t glyph, char32_t character);
 
   // Writes the font's objects, its number included. Raises 53 when the
   // face cannot be subset.
@@ -57,9 +58,13 @@ private:
   QByteArray resourceName_;
   QByteArray baseFont_;     // subset tag and the face's PostScript name
   std::vector<int> widths_; // by glyph; kUnused for glyphs not used
+  // By glyph: the one character it shows, 0 for none yet, or kLongerText
+  // for a glyph whose text stands in texts_.
+  std::vector<char32_t> characters_;
   QHash<std::uint32_t, QString> texts_;
 
   static constexpr int kUnused = -1 << 30;
+  static constexpr char32_t kLongerText = 0xffffffff;
 };
 
 } // namespace kordel::engine::pdf

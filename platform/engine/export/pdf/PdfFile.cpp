@@ -2,8 +2,6 @@
 
 #include "engine/export/ExportFile.h"
 
-#include <zlib.h>
-
 #include <cmath>
 
 namespace kordel::engine::pdf {
@@ -75,17 +73,18 @@ QByteArray reference(int number) {
   return out;
 }
 
-QByteArray deflated(const QByteArray &data) {
-  uLongf length = compressBound(uLong(data.size()));
-  QByteArray out(qsizetype(length), Qt::Uninitialized);
-  if (compress2(reinterpret_cast<Bytef *>(out.data()), &length, reinterpret_cast<const Bytef *>(data.constData()),
-                uLong(data.size()), kDeflateLevel) != Z_OK)
-    throw std::bad_alloc(); // deflate fails only for want of memory
-  out.truncate(qsizetype(length));
-  return out;
+namespace {
+
+void endDeflate(z_stream *stream) {
+  deflateEnd(stream);
+  delete stream;
 }
 
-PdfFile::PdfFile(ExportFile &file) : file_(file) {
+} // namespace
+
+PdfFile::PdfFile(ExportFile &file) : file_(file), deflater_(new z_stream{}, endDeflate) {
+  if (deflateInit(deflater_.get(), kDeflateLevel) != Z_OK)
+    throw std::bad_alloc(); // deflate fails only for want of memory
   buffer_.reserve(kFlushBytes + (64 << 10));
   // The comment of high bytes tells programs that look that the file is binary.
   append(QByteArrayLiteral("%PDF-1.7\n%\xE2\xE3\xCF\xD3\n"));
@@ -112,6 +111,20 @@ void PdfFile::flush() {
   buffer_.resize(0);
 }
 
+const QByteArray &PdfFile::deflated(const QByteArray &data) {
+  z_stream *stream = deflater_.get();
+  deflateReset(stream);
+  deflatedBytes_.resize(qsizetype(deflateBound(stream, uLong(data.size()))));
+  stream->next_in = reinterpret_cast<Bytef *>(const_cast<char *>(data.constData()));
+  stream->avail_in = uInt(data.size());
+  stream->next_out = reinterpret_cast<Bytef *>(deflatedBytes_.data());
+  stream->avail_out = uInt(deflatedBytes_.size());
+  if (deflate(stream, Z_FINISH) != Z_STREAM_END)
+    throw std::bad_alloc(); // the bound leaves room for all; deflate fails only for want of memory
+  deflatedBytes_.resize(qsizetype(stream->total_out));
+  return deflatedBytes_;
+}
+
 void PdfFile::beginObject(int number) {
   offsets_[std::size_t(number - 1)] = written_ + buffer_.size();
   QByteArray head;
@@ -127,7 +140,7 @@ void PdfFile::writeObject(int number, const QByteArray &body) {
 }
 
 void PdfFile::writeStream(int number, const QByteArray &entries, const QByteArray &data, bool deflate) {
-  const QByteArray content = deflate ? deflated(data) : data;
+  const QByteArray &content = deflate ? deflated(data) : data;
   QByteArray head("<<");
   head.append(entries);
   if (deflate)

@@ -3,7 +3,10 @@
 #include <QByteArray>
 #include <QString>
 
+#include <zlib.h>
+
 #include <cstdint>
+#include <memory>
 #include <vector>
 
 namespace kordel::engine {
@@ -42,8 +45,14 @@ private:
   void append(const QByteArray &bytes) { append(bytes.constData(), bytes.size()); }
   void beginObject(int number);
   void flush();
+  // The data deflated for a /FlateDecode stream.
+  const QByteArray &deflated(const QByteArray &data);
 
   ExportFile &file_;
+  // One deflate stream, reset for each PDF stream: making one afresh costs
+  // more than deflating a page.
+  std::unique_ptr<z_stream, void (*)(z_stream *)> deflater_;
+  QByteArray deflatedBytes_;
   QByteArray buffer_;
   std::int64_t written_ = 0;          // bytes handed to the file
   std::vector<std::int64_t> offsets_; // by object number - 1; -1 until written
@@ -57,7 +66,5 @@ void appendInteger(QByteArray &out, std::int64_t value);
 QByteArray textString(const QString &text);
 // An object reference "n 0 R".
 QByteArray reference(int number);
-// Deflates data for a /FlateDecode stream.
-QByteArray deflated(const QByteArray &data);
 
 } // namespace kordel::engine::pdf

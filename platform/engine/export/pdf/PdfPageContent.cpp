@@ -10,8 +10,9 @@ namespace kordel::engine::pdf {
 
 namespace {
 
-// The encoded lines kept, by their approximate bytes.
-constexpr qsizetype kLineCacheBytes = 16 * 1024 * 1024;
+// The encoded lines kept, by their approximate bytes: enough for the
+// labels and repeated values of a report, not for every value of a long one.
+constexpr qsizetype kLineCacheBytes = 4 * 1024 * 1024;
 
 // Dashes and dots are sized from a unit of at least one screen pixel at
 // 96 dots per inch, as on the screen, so that thin dashed lines still show
@@ -92,13 +93,16 @@ public:
     std::size_t glyph = 0;
     qsizetype byte = 0;
     for (const ShapedCluster &cluster : segment.clusters) {
-      const QString text = QString::fromUtf8(segment.utf8.constData() + byte, cluster.bytes);
+      const char *utf8 = segment.utf8.constData() + byte;
       byte += cluster.bytes;
       const std::size_t end = std::min(segment.glyphs.size(), glyph + std::size_t(cluster.glyphs));
-      const bool mapped = mapsBack(segment, glyph, end, text);
+      // Most clusters are one glyph for one character of ASCII.
+      const bool mapped = cluster.bytes == 1 && end - glyph == 1
+                              ? font_.mapsTo(segment.glyphs[glyph].id, char32_t(std::uint8_t(*utf8)))
+                              : mapsBack(segment, glyph, end, QString::fromUtf8(utf8, cluster.bytes));
       if (!mapped) {
         closeArray();
-        out_.append("/Span<</ActualText").append(textString(text)).append(">>BDC\n");
+        out_.append("/Span<</ActualText").append(textString(QString::fromUtf8(utf8, cluster.bytes))).append(">>BDC\n");
       }
       for (; glyph < end; ++glyph)
         show(segment.glyphs[glyph]);
@@ -125,8 +129,7 @@ private:
       return false;
     bool mapped = true;
     for (std::size_t i = begin; i < end; ++i) {
-      const char32_t c = characters[qsizetype(i - begin)];
-      mapped = font_.mapsTo(segment.glyphs[i].id, QString::fromUcs4(&c, 1)) && mapped;
+      mapped = font_.mapsTo(segment.glyphs[i].id, char32_t(characters[qsizetype(i - begin)])) && mapped;
     }
     return mapped;
   }
