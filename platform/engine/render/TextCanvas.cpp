@@ -102,7 +102,12 @@ QStringList TextCanvas::wrap(const QString &text, int widthTwips) const {
 void TextCanvas::wrapParagraph(const QString &paragraph, qreal width, QStringList &lines) const {
   // Splitting at single spaces keeps runs of spaces inside a line: they
   // come back as empty words, joined with one space each. A paragraph that
-  // fits comes back unchanged.
+  // fits comes back unchanged: most texts fit their boxes, and measuring
+  // the whole once spares measuring it word by word.
+  if (lineWidth(paragraph) <= width) {
+    lines.append(paragraph);
+    return;
+  }
   const QStringList words = paragraph.split(QLatin1Char(' '));
   const auto startLine = [&](const QString &word) {
     return lineWidth(word) <= width ? word : breakWord(word, width, lines);
