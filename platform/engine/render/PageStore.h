@@ -18,7 +18,8 @@ namespace kordel::engine {
 // further pages go to a temporary file in their compact binary form and
 // are read back one at a time when asked for, so that a run of any number
 // of pages takes no more memory than its budget and the page at hand. The
-// file goes with the store.
+// file goes with the store. Reading shares one buffer and the file's
+// position: one thread at a time.
 class PageStore {
 public:
   explicit PageStore(std::size_t memoryBudget = kDefaultMemoryBudget);
