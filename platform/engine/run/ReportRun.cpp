@@ -332,7 +332,9 @@ Variant ReportRun::fieldValue(const Field &field) {
 }
 
 void ReportRun::accumulate() {
-  for (auto &[field, summary] : summaries_) {
+  for (auto &entry : summaries_) {
+    const Field *field = entry.first;
+    Summary &summary = entry.second;
     const Variant value = field->dataField.isEmpty()       ? Variant()
                           : isExpression(field->dataField) ? evaluate(field->dataField.mid(1), placeOf(*field))
                                                            : [&] {

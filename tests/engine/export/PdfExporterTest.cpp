@@ -363,8 +363,9 @@ TEST_F(PdfExport, ARangeWritesOnlyItsPages) {
   EXPECT_GT(test::pdfPageSizes(path)[0].width(), test::pdfPageSizes(path)[0].height());
 
   for (const auto &[first, last] : {std::pair{-1, 1}, std::pair{0, 3}, std::pair{2, 1}})
-    EXPECT_EQ(test::errorNumber([&] { PdfExporter().exportPages(document, path, first, last); }),
-              ErrorNumber::SubscriptOutOfRange);
+    EXPECT_EQ(
+        test::errorNumber([&, first = first, last = last] { PdfExporter().exportPages(document, path, first, last); }),
+        ErrorNumber::SubscriptOutOfRange);
   EXPECT_EQ(test::errorNumber([&] { PdfExporter().exportDocument(PageDocument(), dir_.file("empty.pdf")); }),
             ErrorNumber::InvalidCall);
   EXPECT_FALSE(QFile::exists(dir_.file(QStringLiteral("empty.pdf"))));
