@@ -10,16 +10,19 @@ runtime=(
   build-essential cmake ninja-build pkg-config
   qt6-base-dev qt6-declarative-dev libqt6sql6-sqlite libqt6sql6-psql
   libxml2-dev libtiff-dev libsqlite3-dev libcups2-dev libxlsxwriter-dev
-  libcairo2-dev libharfbuzz-dev libfreetype-dev libfontconfig-dev
+  libharfbuzz-dev libfontconfig-dev zlib1g-dev
   fonts-dejavu-core fonts-noto-cjk
 )
 
 # For the tests: the test framework, a private PostgreSQL server, a print
 # system with a PDF printer, readers of the exported files (PDF, TIFF, the
 # office suite for XLS and RTF) and a virtual display with tools that
-# find and photograph its windows.
+# find and photograph its windows. The fuzz build (build-fuzz/) is a clang
+# build: clang itself, its sanitizer and libFuzzer runtimes, and the
+# symbolizer that names the functions of a sanitizer's stack traces.
 tests=(
   googletest libgtest-dev libgmock-dev
+  clang-14 libclang-rt-14-dev llvm
   postgresql
   cups printer-driver-cups-pdf
   poppler-utils qpdf libtiff-tools

@@ -2,6 +2,8 @@
 # Sets the machine up, builds Kordel and runs every test.
 #   scripts/test.sh              the normal build, in build/
 #   scripts/test.sh --sanitize   with AddressSanitizer and UBSan, in build-asan/
+#                                and then, when KORDEL_FUZZ_SECONDS is set,
+#                                each fuzz program of fuzz/ that long
 # Any further arguments go to ctest (for example -R Dictionary).
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
@@ -36,3 +38,8 @@ export ORVEX_CONFIG_DIR="$scratch/config" ORVEX_DATA_DIR="$scratch/data" HOME="$
 mkdir -p "$HOME"
 
 ctest --test-dir "$build" --output-on-failure -j"$(nproc)" "${ctest_args[@]}"
+
+if [ ${#sanitize[@]} -gt 0 ] && [ "${KORDEL_FUZZ_SECONDS:-0}" != 0 ]; then
+  # A short fuzz pass on the seed corpora; any finding fails the run.
+  bash "$root/scripts/fuzz.sh" all "$KORDEL_FUZZ_SECONDS"
+fi
