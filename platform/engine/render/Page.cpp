@@ -29,7 +29,16 @@ struct PageBytesHead {
 };
 
 template <typename T> void appendArray(QByteArray &out, const T *data, std::size_t count) {
-  out.append(reinterpret_cast<const char *>(data), qsizetype(count * sizeof(T)));
+  if (count > 0)
+    out.append(reinterpret_cast<const char *>(data), qsizetype(count * sizeof(T)));
+}
+
+// Fills the array with count elements from the bytes at, and moves past them.
+template <typename T> void readArray(std::vector<T> &array, const char *&at, std::size_t count) {
+  array.resize(count);
+  if (count > 0)
+    std::memcpy(array.data(), at, count * sizeof(T));
+  at += count * sizeof(T);
 }
 
 } // namespace
@@ -175,13 +184,10 @@ Page Page::fromBytes(const char *data, qsizetype size) {
     fail();
   Page page(head.width, head.height);
   const char *at = data + sizeof head;
-  page.items_.resize(head.items);
-  std::memcpy(page.items_.data(), at, head.items * sizeof(PageItem));
-  at += head.items * sizeof(PageItem);
+  readArray(page.items_, at, head.items);
   page.textPool_ = QString(reinterpret_cast<const QChar *>(at), qsizetype(head.poolLength));
   at += head.poolLength * sizeof(QChar);
-  page.values_.resize(head.values);
-  std::memcpy(page.values_.data(), at, head.values * sizeof(PrintedValue));
+  readArray(page.values_, at, head.values);
   return page;
 }
 
