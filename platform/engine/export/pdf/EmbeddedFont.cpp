@@ -22,15 +22,6 @@ constexpr qsizetype kLongestMappedText = 64;
 // Entries of one block of a character map.
 constexpr int kMapBlock = 100;
 
-const char kHex[] = "0123456789ABCDEF";
-
-void appendHex16(QByteArray &out, unsigned value) {
-  out.append(kHex[(value >> 12) & 15])
-      .append(kHex[(value >> 8) & 15])
-      .append(kHex[(value >> 4) & 15])
-      .append(kHex[value & 15]);
-}
-
 std::int16_t readInt16(const hb_blob_t *blob, unsigned offset) {
   unsigned length = 0;
   const char *data = hb_blob_get_data(const_cast<hb_blob_t *>(blob), &length);

@@ -51,17 +51,19 @@ void appendNumber(QByteArray &out, double value) {
     out.append(char('0' + fraction % 10));
 }
 
+void appendHex16(QByteArray &out, unsigned value) {
+  static const char kHex[] = "0123456789ABCDEF";
+  out.append(kHex[(value >> 12) & 15])
+      .append(kHex[(value >> 8) & 15])
+      .append(kHex[(value >> 4) & 15])
+      .append(kHex[value & 15]);
+}
+
 QByteArray textString(const QString &text) {
   QByteArray out("<FEFF");
   out.reserve(6 + text.size() * 4);
-  static const char kHex[] = "0123456789ABCDEF";
-  for (const QChar c : text) {
-    const char16_t unit = c.unicode();
-    out.append(kHex[(unit >> 12) & 15])
-        .append(kHex[(unit >> 8) & 15])
-        .append(kHex[(unit >> 4) & 15])
-        .append(kHex[unit & 15]);
-  }
+  for (const QChar c : text)
+    appendHex16(out, c.unicode());
   out.append('>');
   return out;
 }

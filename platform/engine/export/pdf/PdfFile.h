@@ -62,6 +62,8 @@ private:
 // no trailing zeros.
 void appendNumber(QByteArray &out, double value);
 void appendInteger(QByteArray &out, std::int64_t value);
+// Four hexadecimal digits: a glyph code or a UTF-16 unit.
+void appendHex16(QByteArray &out, unsigned value);
 // A text string: UTF-16 with its byte order mark, in hexadecimal.
 QByteArray textString(const QString &text);
 // An object reference "n 0 R".

@@ -43,15 +43,6 @@ constexpr int kBevelJoin = 2;
 // placed: a fiftieth of a point at 10 points.
 constexpr double kUnseenDrift = 2.5;
 
-const char kHex[] = "0123456789ABCDEF";
-
-void appendGlyph(QByteArray &out, std::uint32_t glyph) {
-  out.append(kHex[(glyph >> 12) & 15])
-      .append(kHex[(glyph >> 8) & 15])
-      .append(kHex[(glyph >> 4) & 15])
-      .append(kHex[glyph & 15]);
-}
-
 // A colour component, 0 to 255, as a fraction with three decimals.
 void appendComponent(QByteArray &out, int value) {
   if (value <= 0) {
@@ -161,7 +152,7 @@ private:
       out_.append('<');
       inString_ = true;
     }
-    appendGlyph(out_, glyph.id);
+    appendHex16(out_, glyph.id);
     pen_ += double(width) * size_ / 1000;
   }
 
