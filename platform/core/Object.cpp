@@ -1,6 +1,7 @@
 #include "core/Object.h"
 
 #include "core/Error.h"
+#include "core/FoldedName.h"
 #include "core/ScriptRights.h"
 
 namespace kordel {
@@ -18,12 +19,14 @@ MemberTable::MemberTable(std::vector<Member> members, const MemberTable *base, Q
 }
 
 const Member *MemberTable::find(const QString &name) const {
-  auto it = index_.constFind(name);
-  if (it == index_.constEnd())
-    it = index_.constFind(name.toLower());
-  if (it != index_.constEnd())
+  if (const auto it = index_.constFind(name); it != index_.constEnd())
     return &members_[*it];
-  return base_ ? base_->find(name) : nullptr;
+  // Every table indexes its members in lower case too.
+  const QString &folded = foldedForLookup(name);
+  for (const MemberTable *table = this; table; table = table->base_)
+    if (const auto it = table->index_.constFind(folded); it != table->index_.constEnd())
+      return &table->members_[*it];
+  return nullptr;
 }
 
 Member fullRightsOnly(Member member) {

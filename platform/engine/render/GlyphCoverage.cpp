@@ -14,6 +14,9 @@ namespace {
 // Characters named in the warning; the others are counted.
 constexpr qsizetype kCharactersNamed = 5;
 
+// Characters below this have their answer kept in a table while scanning.
+constexpr char32_t kFrequentCharacters = 0x800;
+
 bool printsNothing(char32_t c) {
   switch (QChar::category(c)) {
   case QChar::Other_Control:
@@ -70,6 +73,10 @@ QString GlyphCoverage::familyFor(int font, char32_t c) {
 
 void GlyphCoverage::scan(int firstPage, int lastPage) {
   QSet<char32_t> missing(missing_.cbegin(), missing_.cend());
+  // Most characters are below U+0800 and in their run's own font: that
+  // answer is kept by font in a table, so that most text is only looked
+  // at, not asked about.
+  std::vector<std::vector<bool>> ownShows(std::size_t(document_.fontCount()));
   for (int index = firstPage; index <= lastPage; ++index) {
     const Page page = document_.page(index);
     for (const PageItem &item : page.items()) {
@@ -78,7 +85,15 @@ void GlyphCoverage::scan(int firstPage, int lastPage) {
         continue;
       const QString text = page.text(*run);
       const QString &own = document_.font(run->font).family;
-      for (const char32_t c : text.toUcs4()) {
+      std::vector<bool> &frequent = ownShows.at(std::size_t(run->font));
+      if (frequent.empty())
+        frequent.resize(kFrequentCharacters);
+      for (qsizetype i = 0; i < text.size(); ++i) {
+        char32_t c = text[i].unicode();
+        if (QChar::isHighSurrogate(c) && i + 1 < text.size() && text[i + 1].isLowSurrogate())
+          c = QChar::surrogateToUcs4(text[i], text[++i]);
+        if (c < kFrequentCharacters && frequent[c])
+          continue;
         const QString family = familyFor(run->font, c);
         if (family.isEmpty()) {
           ++missingCount_;
@@ -86,8 +101,11 @@ void GlyphCoverage::scan(int firstPage, int lastPage) {
             missing.insert(c);
             missing_.append(c);
           }
-        } else if (family != own && !fallbacksUsed_[run->font].contains(family)) {
-          fallbacksUsed_[run->font].append(family);
+        } else if (family != own) {
+          if (!fallbacksUsed_[run->font].contains(family))
+            fallbacksUsed_[run->font].append(family);
+        } else if (c < kFrequentCharacters) {
+          frequent[c] = true;
         }
       }
     }

@@ -2,6 +2,7 @@
 
 #include "engine/render/PageFont.h"
 #include "engine/render/TwipsFont.h"
+#include "engine/text/TextMeasurer.h"
 
 #include "core/Error.h"
 
@@ -47,11 +48,14 @@ QFont fontFromObject(Object &object, QFont font) {
 
 } // namespace
 
-TextCanvas::TextCanvas() : font_(defaultFont()), metrics_(twipsMetrics(twipsFont(font_))) {}
+TextCanvas::TextCanvas()
+    : font_(defaultFont()), pageFont_(PageFont::fromQFont(font_)), metrics_(twipsMetrics(twipsFont(font_))) {}
 
 void TextCanvas::setFont(const QFont &font) {
   font_ = font;
+  pageFont_ = PageFont::fromQFont(font_);
   metrics_ = twipsMetrics(twipsFont(font_));
+  measurer_ = nullptr;
 }
 
 void TextCanvas::setFontValue(const Variant &value) {
@@ -71,11 +75,20 @@ void TextCanvas::setFontValue(const Variant &value) {
 }
 
 QStringList TextCanvas::splitLines(const QString &text) {
+  if (!text.contains(QLatin1Char('\n')) && !text.contains(QLatin1Char('\r')))
+    return {text}; // the common case, without a regular expression
   static const QRegularExpression lineBreak(QStringLiteral("\r\n|\n|\r"));
   return text.split(lineBreak);
 }
 
-qreal TextCanvas::lineWidth(const QString &line) const { return metrics_.horizontalAdvance(line); }
+qreal TextCanvas::lineWidth(const QString &line) const {
+  text::TextMeasurer &measurer = text::TextMeasurer::forThisThread();
+  if (measurer_ != &measurer) {
+    measurer_ = &measurer;
+    measuredFont_ = measurer.font(pageFont_);
+  }
+  return measurer.width(measuredFont_, line);
+}
 
 qreal TextCanvas::lineHeight() const { return metrics_.lineSpacing(); }
 

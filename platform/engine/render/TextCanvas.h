@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/Object.h"
+#include "engine/render/PageFont.h"
 
 #include <QFont>
 #include <QFontMetricsF>
@@ -9,7 +10,12 @@
 
 namespace kordel::engine {
 
-// Measures text in twips with one font, the way pages will show it. The
+namespace text {
+class TextMeasurer;
+}
+
+// Measures text in twips with one font, the way pages will show it: widths
+// as the text is shaped for drawing, heights from the font's metrics. The
 // font starts as DejaVu Sans at 10 points. Texts may hold line breaks (CR
 // LF, LF or CR); a text is always at least one line, an empty text one
 // empty line.
@@ -57,7 +63,12 @@ private:
   QString breakWord(const QString &word, qreal width, QStringList &lines) const;
 
   QFont font_;
+  PageFont pageFont_;
   QFontMetricsF metrics_;
+  // The measurer of the thread that measured last, and the font's index
+  // there.
+  mutable text::TextMeasurer *measurer_ = nullptr;
+  mutable int measuredFont_ = 0;
 };
 
 } // namespace kordel::engine

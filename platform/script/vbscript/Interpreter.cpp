@@ -58,6 +58,7 @@
 #include "script/vbscript/Interpreter.h"
 
 #include "core/Dictionary.h"
+#include "core/FoldedName.h"
 #include "script/vbscript/EntryGuard.h"
 #include "script/vbscript/ErrObject.h"
 #include "script/vbscript/Operators.h"
@@ -274,7 +275,7 @@ void Interpreter::runProgram(Program &program, Frame *enclosing) {
 }
 
 bool Interpreter::hasProcedure(const QString &name) const {
-  const int index = globals_.find(name.toLower());
+  const int index = globals_.find(foldedForLookup(name));
   return index >= 0 && globals_.at(index).kind == GlobalEntry::Kind::Procedure;
 }
 

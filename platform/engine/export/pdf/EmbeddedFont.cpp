@@ -14,7 +14,7 @@ namespace kordel::engine::pdf {
 
 namespace {
 
-using HbSubsetInputPtr = std::unique_ptr<hb_subset_input_t, Releaser<hb_subset_input_destroy>>;
+using HbSubsetInputPtr = std::unique_ptr<hb_subset_input_t, text::Releaser<hb_subset_input_destroy>>;
 
 // Longer texts than this for one glyph are given beside the glyph where it
 // is drawn instead.
@@ -31,7 +31,7 @@ std::int16_t readInt16(const hb_blob_t *blob, unsigned offset) {
 }
 
 bool hasTable(hb_face_t *face, hb_tag_t tag) {
-  const HbBlobPtr table(hb_face_reference_table(face, tag));
+  const text::HbBlobPtr table(hb_face_reference_table(face, tag));
   return hb_blob_get_length(table.get()) > 0;
 }
 
@@ -59,7 +59,7 @@ QByteArray subsetTag(int serial) {
 
 } // namespace
 
-EmbeddedFont::EmbeddedFont(FontFace &face, int objectNumber, int serial)
+EmbeddedFont::EmbeddedFont(text::FontFace &face, int objectNumber, int serial)
     : face_(face), objectNumber_(objectNumber), widths_(hb_face_get_glyph_count(face.face()), kUnused),
       characters_(widths_.size(), 0) {
   resourceName_ = "/F";
@@ -118,12 +118,12 @@ QByteArray EmbeddedFont::fontProgram(bool &compactOutlines) const {
   for (const hb_tag_t tag :
        {HB_TAG('G', 'S', 'U', 'B'), HB_TAG('G', 'P', 'O', 'S'), HB_TAG('G', 'D', 'E', 'F'), HB_TAG('k', 'e', 'r', 'n')})
     hb_set_add(dropped, tag);
-  const HbFacePtr subset(hb_subset_or_fail(face_.face(), input.get()));
+  const text::HbFacePtr subset(hb_subset_or_fail(face_.face(), input.get()));
   if (!subset)
     raiseError(53, QStringLiteral("PdfExporter"),
                QStringLiteral("The font %1 could not be embedded").arg(QString::fromLatin1(baseFont_)));
   compactOutlines = hasTable(subset.get(), HB_TAG('C', 'F', 'F', ' '));
-  const HbBlobPtr blob(hb_face_reference_blob(subset.get()));
+  const text::HbBlobPtr blob(hb_face_reference_blob(subset.get()));
   unsigned length = 0;
   const char *data = hb_blob_get_data(blob.get(), &length);
   return QByteArray(data, qsizetype(length));
@@ -198,8 +198,8 @@ void EmbeddedFont::write(PdfFile &file) const {
     hb_ot_metrics_get_position_with_fallback(font, tag, &position);
     return std::int64_t(std::lround(position * scale));
   };
-  const HbBlobPtr head(hb_face_reference_table(face_.face(), HB_TAG('h', 'e', 'a', 'd')));
-  const HbBlobPtr post(hb_face_reference_table(face_.face(), HB_TAG('p', 'o', 's', 't')));
+  const text::HbBlobPtr head(hb_face_reference_table(face_.face(), HB_TAG('h', 'e', 'a', 'd')));
+  const text::HbBlobPtr post(hb_face_reference_table(face_.face(), HB_TAG('p', 'o', 's', 't')));
   // The angle is a 16.16 number whose whole part is enough here.
   const int italicAngle = face_.slant() ? -12 : readInt16(post.get(), 4);
   QByteArray descriptor("<</Type/FontDescriptor/FontName/");

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "engine/export/pdf/FontFace.h"
+#include "engine/text/FontFace.h"
 
 #include <QByteArray>
 #include <QHash>
@@ -29,9 +29,9 @@ class EmbeddedFont {
 public:
   // The serial number names the font in resources and sets its subset's
   // tag apart from the other subsets of the document.
-  EmbeddedFont(FontFace &face, int objectNumber, int serial);
+  EmbeddedFont(text::FontFace &face, int objectNumber, int serial);
 
-  FontFace &face() const { return face_; }
+  text::FontFace &face() const { return face_; }
   int objectNumber() const { return objectNumber_; }
   // The font's name in the page resources, with its slash.
   const QByteArray &resourceName() const { return resourceName_; }
@@ -53,7 +53,7 @@ private:
   QByteArray widths() const;
   QByteArray toUnicode() const;
 
-  FontFace &face_;
+  text::FontFace &face_;
   int objectNumber_;
   QByteArray resourceName_;
   QByteArray baseFont_;     // subset tag and the face's PostScript name

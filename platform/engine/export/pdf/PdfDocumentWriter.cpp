@@ -14,8 +14,11 @@ QByteArray pdfDate(const QDateTime &time) {
 } // namespace
 
 PdfDocumentWriter::PdfDocumentWriter(ExportFile &file, const PageDocument &document)
-    : file_(file), catalog_(file_.reserve()), pageTree_(file_.reserve()), fonts_(document), resources_(file_, document),
-      content_(document, fonts_, resources_) {}
+    : file_(file), catalog_(file_.reserve()), pageTree_(file_.reserve()), fonts_(QStringLiteral("PdfExporter")),
+      resources_(file_, document), content_(document, fonts_, resources_) {
+  for (int font = 0; font < document.fontCount(); ++font)
+    fonts_.add(document.font(font)); // the same indexes as the document's
+}
 
 void PdfDocumentWriter::writePage(const Page &page) {
   const QByteArray content = content_.content(page);

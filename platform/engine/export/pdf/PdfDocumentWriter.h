@@ -1,6 +1,6 @@
 #pragma once
 
-#include "engine/export/pdf/FontResolver.h"
+#include "engine/text/FontResolver.h"
 #include "engine/export/pdf/PdfFile.h"
 #include "engine/export/pdf/PdfPageContent.h"
 #include "engine/export/pdf/PdfResources.h"
@@ -27,7 +27,7 @@ private:
   PdfFile file_;
   int catalog_;
   int pageTree_;
-  FontResolver fonts_;
+  text::FontResolver fonts_;
   PdfResources resources_;
   PdfPageContent content_;
   std::vector<int> pages_;

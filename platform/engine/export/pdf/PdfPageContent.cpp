@@ -79,11 +79,11 @@ class SegmentEncoder {
 public:
   SegmentEncoder(EmbeddedFont &font, double size) : font_(font), size_(size) {}
 
-  QByteArray encode(const ShapedSegment &segment) {
+  QByteArray encode(const text::ShapedSegment &segment) {
     origin_ = segment.glyphs.front().x;
     std::size_t glyph = 0;
     qsizetype byte = 0;
-    for (const ShapedCluster &cluster : segment.clusters) {
+    for (const text::ShapedCluster &cluster : segment.clusters) {
       const char *utf8 = segment.utf8.constData() + byte;
       byte += cluster.bytes;
       const std::size_t end = std::min(segment.glyphs.size(), glyph + std::size_t(cluster.glyphs));
@@ -112,7 +112,7 @@ private:
   // Whether the font's map gives back the cluster's text from its glyphs:
   // one glyph for the whole text (a ligature too), or a glyph for each
   // character.
-  bool mapsBack(const ShapedSegment &segment, std::size_t begin, std::size_t end, const QString &text) {
+  bool mapsBack(const text::ShapedSegment &segment, std::size_t begin, std::size_t end, const QString &text) {
     if (end - begin == 1)
       return font_.mapsTo(segment.glyphs[begin].id, text);
     const QList<uint> characters = text.toUcs4();
@@ -125,7 +125,7 @@ private:
     return mapped;
   }
 
-  void show(const ShapedGlyph &glyph) {
+  void show(const text::ShapedGlyph &glyph) {
     const int width = font_.use(glyph.id);
     if (glyph.rise != rise_) {
       closeArray();
@@ -181,7 +181,7 @@ private:
 
 } // namespace
 
-PdfPageContent::PdfPageContent(const PageDocument &document, FontResolver &fonts, PdfResources &resources)
+PdfPageContent::PdfPageContent(const PageDocument &document, text::FontResolver &fonts, PdfResources &resources)
     : document_(document), fonts_(fonts), resources_(resources), shaper_(fonts), lines_(kLineCacheBytes) {}
 
 const PdfPageContent::PreparedFont &PdfPageContent::preparedFont(int index) {
@@ -198,7 +198,7 @@ const PdfPageContent::PreparedFont &PdfPageContent::preparedFont(int index) {
   return *prepared;
 }
 
-PdfPageContent::EncodedSegment PdfPageContent::encodeSegment(const ShapedSegment &segment, double size) {
+PdfPageContent::EncodedSegment PdfPageContent::encodeSegment(const text::ShapedSegment &segment, double size) {
   EmbeddedFont &font = resources_.font(*segment.face);
   return EncodedSegment{&font, segment.glyphs.front().x, SegmentEncoder(font, size).encode(segment)};
 }
@@ -207,11 +207,11 @@ const PdfPageContent::EncodedLine &PdfPageContent::encoded(int font, const QStri
   const auto key = qMakePair(font, text);
   if (const EncodedLine *cached = lines_.object(key))
     return *cached;
-  const ShapedLine shaped = shaper_.shape(font, text);
+  const text::ShapedLine shaped = shaper_.shape(font, text);
   auto line = std::make_unique<EncodedLine>();
   line->width = shaped.width;
   qsizetype operatorBytes = 0;
-  for (const ShapedSegment &segment : shaped.segments)
+  for (const text::ShapedSegment &segment : shaped.segments)
     if (!segment.glyphs.empty()) {
       line->segments.push_back(encodeSegment(segment, fonts_.size(font)));
       operatorBytes += line->segments.back().operators.size();

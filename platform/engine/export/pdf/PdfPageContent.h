@@ -1,7 +1,7 @@
 #pragma once
 
 #include "engine/export/pdf/PdfResources.h"
-#include "engine/export/pdf/TextShaper.h"
+#include "engine/text/TextShaper.h"
 #include "engine/render/PageDocument.h"
 
 #include <QByteArray>
@@ -28,7 +28,7 @@ namespace kordel::engine::pdf {
 // texts on page after page.
 class PdfPageContent {
 public:
-  PdfPageContent(const PageDocument &document, FontResolver &fonts, PdfResources &resources);
+  PdfPageContent(const PageDocument &document, text::FontResolver &fonts, PdfResources &resources);
 
   // The content stream of the page. Raises 9 for a page that refers to a
   // font or image the document lacks.
@@ -74,7 +74,7 @@ private:
 
   const PreparedFont &preparedFont(int index);
   const EncodedLine &encoded(int font, const QString &text);
-  EncodedSegment encodeSegment(const ShapedSegment &segment, double size);
+  EncodedSegment encodeSegment(const text::ShapedSegment &segment, double size);
 
   void text(const Page &page, const TextRun &run);
   void line(const LineItem &line);
@@ -95,9 +95,9 @@ private:
   void number(double value);
 
   const PageDocument &document_;
-  FontResolver &fonts_;
+  text::FontResolver &fonts_;
   PdfResources &resources_;
-  TextShaper shaper_;
+  text::TextShaper shaper_;
   std::vector<std::optional<PreparedFont>> preparedFonts_; // by font index, on first use
   QCache<QPair<int, QString>, EncodedLine> lines_;
   std::optional<EncodedLine> uncached_; // a line too big for the cache

@@ -40,7 +40,7 @@ PdfResources::PdfResources(PdfFile &file, const PageDocument &document)
 
 PdfResources::~PdfResources() = default;
 
-EmbeddedFont &PdfResources::font(FontFace &face) {
+EmbeddedFont &PdfResources::font(text::FontFace &face) {
   std::unique_ptr<EmbeddedFont> &font = fonts_[&face];
   if (!font)
     font = std::make_unique<EmbeddedFont>(face, file_.reserve(), int(fonts_.size()));

@@ -26,7 +26,7 @@ public:
 
   int objectNumber() const { return objectNumber_; }
 
-  EmbeddedFont &font(FontFace &face);
+  EmbeddedFont &font(text::FontFace &face);
   // The name of the document's image of that index, with its slash.
   // Raises 9 for an index out of range.
   const QByteArray &image(int index);
@@ -41,7 +41,7 @@ private:
   PdfFile &file_;
   const PageDocument &document_;
   int objectNumber_;
-  std::map<FontFace *, std::unique_ptr<EmbeddedFont>> fonts_;
+  std::map<text::FontFace *, std::unique_ptr<EmbeddedFont>> fonts_;
   QHash<int, std::pair<QByteArray, int>> images_;    // by image index: name and object
   QHash<int, std::pair<QByteArray, int>> opacities_; // by alpha: name and object
 };

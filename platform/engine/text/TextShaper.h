@@ -1,13 +1,13 @@
 #pragma once
 
-#include "engine/export/pdf/FontResolver.h"
+#include "engine/text/FontResolver.h"
 
 #include <QString>
 
 #include <cstdint>
 #include <vector>
 
-namespace kordel::engine::pdf {
+namespace kordel::engine::text {
 
 // A glyph of a face placed on a line: how far from the line's start and
 // how far above its baseline, in twips.
@@ -64,8 +64,10 @@ class TextShaper {
 public:
   explicit TextShaper(FontResolver &fonts);
 
-  // The line shaped in the document's font of that index.
+  // The line shaped in the resolver's font of that index.
   ShapedLine shape(int font, const QString &text);
+  // The width in twips of the line shaped so, without its glyphs.
+  double width(int font, const QString &text);
 
 private:
   struct Piece {
@@ -76,10 +78,13 @@ private:
   };
 
   std::vector<Piece> split(int font, const QByteArray &utf8, bool &rightToLeftLine);
+  std::vector<Piece> splitAscii(int font, const QByteArray &utf8);
+  // Shapes the piece into the buffer.
+  void shapeInBuffer(const Piece &piece, const QByteArray &utf8);
   ShapedSegment shapePiece(const Piece &piece, const QByteArray &utf8, double scale, double &advance);
 
   FontResolver &fonts_;
   HbBufferPtr buffer_;
 };
 
-} // namespace kordel::engine::pdf
+} // namespace kordel::engine::text

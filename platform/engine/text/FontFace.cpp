@@ -1,6 +1,6 @@
-#include "engine/export/pdf/FontFace.h"
+#include "engine/text/FontFace.h"
 
-namespace kordel::engine::pdf {
+namespace kordel::engine::text {
 
 FontFace::FontFace(HbFontPtr font, double unitsPerEm, bool embolden, bool slant)
     : font_(std::move(font)), unitsPerEm_(unitsPerEm), embolden_(embolden), slant_(slant) {}
@@ -25,4 +25,4 @@ bool FontFace::hasGlyph(char32_t c) const {
   return hb_font_get_nominal_glyph(font_.get(), c, &glyph) && glyph != 0;
 }
 
-} // namespace kordel::engine::pdf
+} // namespace kordel::engine::text

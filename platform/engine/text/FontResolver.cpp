@@ -1,15 +1,15 @@
-#include "engine/export/pdf/FontResolver.h"
+#include "engine/text/FontResolver.h"
+
+#include "engine/render/Page.h"
 
 #include "core/Error.h"
 
 #include <algorithm>
 #include <cmath>
 
-namespace kordel::engine::pdf {
+namespace kordel::engine::text {
 
 namespace {
-
-const QString kSource = QStringLiteral("PdfExporter");
 
 int intValue(const FcPattern &pattern, const char *object, int fallback) {
   int value = fallback;
@@ -32,12 +32,23 @@ FcPatternPtr requestFor(const PageFont &font) {
 
 } // namespace
 
-FontResolver::FontResolver(const PageDocument &document) : document_(document) {}
+FontResolver::FontResolver(QString errorSource) : errorSource_(std::move(errorSource)) {}
 
 FontResolver::~FontResolver() = default;
 
-double FontResolver::size(int font) const {
-  return std::max(1.0, double(std::lround(document_.font(font).pointSize * kTwipsPerPoint)));
+int FontResolver::add(const PageFont &font) {
+  requested_.push_back(font);
+  return int(requested_.size()) - 1;
+}
+
+const PageFont &FontResolver::font(int index) const {
+  if (index < 0 || std::size_t(index) >= requested_.size())
+    raiseError(ErrorNumber::SubscriptOutOfRange, errorSource_, QStringLiteral("There is no font %1").arg(index));
+  return requested_[std::size_t(index)];
+}
+
+double FontResolver::size(int index) const {
+  return std::max(1.0, double(std::lround(font(index).pointSize * kTwipsPerPoint)));
 }
 
 FontFace *FontResolver::faceOf(const FcPattern &request, FcPattern &font) {
@@ -59,7 +70,7 @@ FontFace *FontResolver::faceOf(const FcPattern &request, FcPattern &font) {
 }
 
 FontResolver::Resolved &FontResolver::resolved(int font) {
-  const PageFont &pageFont = document_.font(font); // raises 9 out of range
+  const PageFont &pageFont = this->font(font); // raises 9 out of range
   if (fonts_.size() <= std::size_t(font))
     fonts_.resize(std::size_t(font) + 1);
   std::unique_ptr<Resolved> &entry = fonts_[std::size_t(font)];
@@ -79,7 +90,7 @@ FontResolver::Resolved &FontResolver::resolved(int font) {
       made->face = faceOf(*made->request, *made->candidates->fonts[i]);
   }
   if (!made->face)
-    raiseError(ErrorNumber::FileNotFound, kSource,
+    raiseError(ErrorNumber::FileNotFound, errorSource_,
                QStringLiteral("No installed font can be loaded for the font \"%1\"").arg(pageFont.family));
   entry = std::move(made);
   return *entry;
@@ -129,4 +140,4 @@ FontFace &FontResolver::find(int font, Resolved &resolved, char32_t c) {
   return **found;
 }
 
-} // namespace kordel::engine::pdf
+} // namespace kordel::engine::text

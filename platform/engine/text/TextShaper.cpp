@@ -1,9 +1,9 @@
-#include "engine/export/pdf/TextShaper.h"
+#include "engine/text/TextShaper.h"
 
 #include <algorithm>
 #include <array>
 
-namespace kordel::engine::pdf {
+namespace kordel::engine::text {
 
 namespace {
 
@@ -63,7 +63,26 @@ QByteArray reversed(const QByteArray &utf8) {
 
 TextShaper::TextShaper(FontResolver &fonts) : fonts_(fonts), buffer_(hb_buffer_create()) {}
 
+std::vector<TextShaper::Piece> TextShaper::splitAscii(int font, const QByteArray &utf8) {
+  // Plain ASCII, the most common text, runs left to right throughout: it
+  // only parts where the face changes.
+  std::vector<Piece> pieces;
+  for (int i = 0; i < utf8.size(); ++i) {
+    const char32_t c = char32_t(utf8[i]);
+    const bool control = c < 0x20 || c == 0x7f;
+    FontFace *face = control && !pieces.empty() ? pieces.back().face : &fonts_.faceFor(font, c);
+    if (!pieces.empty() && pieces.back().face == face)
+      pieces.back().end = i + 1;
+    else
+      pieces.push_back(Piece{face, i, i + 1, false});
+  }
+  return pieces;
+}
+
 std::vector<TextShaper::Piece> TextShaper::split(int font, const QByteArray &utf8, bool &rightToLeftLine) {
+  rightToLeftLine = false;
+  if (std::all_of(utf8.cbegin(), utf8.cend(), [](char c) { return (unsigned char)(c) < 0x80; }))
+    return splitAscii(font, utf8);
   // The buffer, before shaping, holds the line's characters with their
   // offsets in the UTF-8 text.
   hb_buffer_t *buffer = buffer_.get();
@@ -75,7 +94,6 @@ std::vector<TextShaper::Piece> TextShaper::split(int font, const QByteArray &utf
   std::vector<CharacterClass> classes(count);
   for (unsigned i = 0; i < count; ++i)
     classes[i] = classOf(characters[i].codepoint);
-  rightToLeftLine = false;
   for (const CharacterClass &type : classes)
     if (type.flow == Flow::LeftToRight || type.flow == Flow::RightToLeft) {
       rightToLeftLine = type.flow == Flow::RightToLeft;
@@ -123,7 +141,7 @@ std::vector<TextShaper::Piece> TextShaper::split(int font, const QByteArray &utf
   return pieces;
 }
 
-ShapedSegment TextShaper::shapePiece(const Piece &piece, const QByteArray &utf8, double scale, double &advance) {
+void TextShaper::shapeInBuffer(const Piece &piece, const QByteArray &utf8) {
   hb_buffer_t *buffer = buffer_.get();
   hb_buffer_clear_contents(buffer);
   hb_buffer_add_utf8(buffer, utf8.constData(), int(utf8.size()), unsigned(piece.begin),
@@ -131,6 +149,11 @@ ShapedSegment TextShaper::shapePiece(const Piece &piece, const QByteArray &utf8,
   hb_buffer_set_direction(buffer, piece.rightToLeft ? HB_DIRECTION_RTL : HB_DIRECTION_LTR);
   hb_buffer_guess_segment_properties(buffer);
   hb_shape(piece.face->font(), buffer, nullptr, 0);
+}
+
+ShapedSegment TextShaper::shapePiece(const Piece &piece, const QByteArray &utf8, double scale, double &advance) {
+  hb_buffer_t *buffer = buffer_.get();
+  shapeInBuffer(piece, utf8);
   unsigned count = 0;
   const hb_glyph_info_t *infos = hb_buffer_get_glyph_infos(buffer, &count);
   const hb_glyph_position_t *positions = hb_buffer_get_glyph_positions(buffer, nullptr);
@@ -199,4 +222,22 @@ ShapedLine TextShaper::shape(int font, const QString &text) {
   return line;
 }
 
-} // namespace kordel::engine::pdf
+double TextShaper::width(int font, const QString &text) {
+  // The same sums as shape() makes, piece by piece; the order of the
+  // pieces does not change the width.
+  const QByteArray utf8 = text.toUtf8();
+  bool rightToLeftLine = false;
+  const double size = fonts_.size(font);
+  double width = 0;
+  for (const Piece &piece : split(font, utf8, rightToLeftLine)) {
+    shapeInBuffer(piece, utf8);
+    unsigned count = 0;
+    const hb_glyph_position_t *positions = hb_buffer_get_glyph_positions(buffer_.get(), &count);
+    const double scale = size / piece.face->unitsPerEm();
+    for (unsigned i = 0; i < count; ++i)
+      width += positions[i].x_advance * scale;
+  }
+  return width;
+}
+
+} // namespace kordel::engine::text

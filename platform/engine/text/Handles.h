@@ -5,7 +5,7 @@
 
 #include <memory>
 
-namespace kordel::engine::pdf {
+namespace kordel::engine::text {
 
 // Owning pointers for the C objects of HarfBuzz and fontconfig: each drops
 // its reference (or frees its object) when it goes, also when an error
@@ -21,4 +21,4 @@ using HbBufferPtr = std::unique_ptr<hb_buffer_t, Releaser<hb_buffer_destroy>>;
 using FcPatternPtr = std::unique_ptr<FcPattern, Releaser<FcPatternDestroy>>;
 using FcFontSetPtr = std::unique_ptr<FcFontSet, Releaser<FcFontSetDestroy>>;
 
-} // namespace kordel::engine::pdf
+} // namespace kordel::engine::text

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "engine/export/pdf/FontFace.h"
-#include "engine/export/pdf/Handles.h"
-#include "engine/render/PageDocument.h"
+#include "engine/text/FontFace.h"
+#include "engine/text/Handles.h"
+#include "engine/render/PageFont.h"
 
 #include <QHash>
 
@@ -11,14 +11,14 @@
 #include <tuple>
 #include <vector>
 
-namespace kordel::engine::pdf {
+namespace kordel::engine::text {
 
 // Characters below this, the bulk of most text, have their lookups kept in
 // tables rather than hashes.
 constexpr char32_t kFrequentCharacters = 0x800;
 
-// Finds through fontconfig the installed faces that show the text of a
-// document's fonts: the face that matches a font's family, weight and
+// Finds through fontconfig the installed faces that show the text of
+// fonts: the face that matches a font's family, weight and
 // slant, and for a character that face lacks, the fallback face that
 // fontconfig ranks first among those that have it.
 //
@@ -33,14 +33,17 @@ constexpr char32_t kFrequentCharacters = 0x800;
 // with the font's own face, which shows its empty box.
 class FontResolver {
 public:
-  explicit FontResolver(const PageDocument &document);
+  // Errors name the given source.
+  explicit FontResolver(QString errorSource);
   ~FontResolver();
   FontResolver(const FontResolver &) = delete;
   FontResolver &operator=(const FontResolver &) = delete;
 
-  // The face that shows c in the document's font of that index. Raises 9
-  // for an index out of range and 53 when no installed font can be loaded
-  // for the font.
+  // Adds a font; its index, counted from 0 in the order of adding.
+  int add(const PageFont &font);
+  // The face that shows c in the font of that index. Raises 9 for an
+  // index out of range and 53 when no installed font can be loaded for
+  // the font.
   FontFace &faceFor(int font, char32_t c);
   // The font's size in twips, whole as text is measured.
   double size(int font) const;
@@ -60,10 +63,13 @@ private:
   // file cannot be loaded.
   FontFace *faceOf(const FcPattern &request, FcPattern &font);
 
-  const PageDocument &document_;
+  const PageFont &font(int index) const;
+
+  QString errorSource_;
+  std::vector<PageFont> requested_;
   std::vector<std::unique_ptr<Resolved>> fonts_; // by font index, resolved on first use
   std::map<std::tuple<QByteArray, int, bool, bool>, std::unique_ptr<FontFace>> faces_;
   QHash<QPair<int, char32_t>, FontFace *> byCharacter_;
 };
 
-} // namespace kordel::engine::pdf
+} // namespace kordel::engine::text

@@ -1,12 +1,12 @@
 #pragma once
 
-#include "engine/export/pdf/Handles.h"
+#include "engine/text/Handles.h"
 
 #include <QByteArray>
 
 #include <memory>
 
-namespace kordel::engine::pdf {
+namespace kordel::engine::text {
 
 // One face of an installed font file, as HarfBuzz reads it: it shapes text
 // in font units and gives the glyphs' outlines for embedding. A face can
@@ -36,4 +36,4 @@ private:
   bool slant_;
 };
 
-} // namespace kordel::engine::pdf
+} // namespace kordel::engine::text
