@@ -1,6 +1,7 @@
 #include "support/ScriptedUi.h"
 
 #include "core/Error.h"
+#include "engine/preview/PreviewWindow.h"
 
 namespace kordel::test {
 
@@ -61,6 +62,9 @@ std::optional<QColor> ScriptedUi::chooseColor(const QColor &initial, const QStri
 void ScriptedUi::showModal(QWidget &window) {
   if (!modalHandler)
     raiseError(ErrorNumber::InvalidCall, QStringLiteral("ScriptedUi"), QStringLiteral("No handler for a modal window"));
+  // A user looks at a preview once its pages are made.
+  if (auto *preview = qobject_cast<engine::PreviewWindow *>(&window))
+    preview->completeRun();
   modalHandler(window);
 }
 

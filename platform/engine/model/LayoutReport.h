@@ -166,7 +166,10 @@ public:
   // closed, with windowPlace then the window's last. Only a modal preview
   // is offered: modal False raises 5, as does a second preview while one
   // is open. Its print button prints through printReport. A run made here
-  // raises its ActiveReport_Terminate after the window has closed.
+  // makes its pages while the window is open (PreviewWindow) and raises
+  // its ActiveReport_Terminate after the window has closed; a run that
+  // fails raises its error here, and a run stopped by closing the window
+  // leaves no pages and raises no Terminate, as a failed run.
   void show(bool modal);
   // Closes the preview when one is open; nothing otherwise.
   void close();
@@ -188,12 +191,18 @@ private:
   // keepValues: the pages keep the values they print (PageDocument::
   // setKeepsValues), for exports that hold data.
   std::unique_ptr<ReportRun> runOntoNewPages(bool terminateAtEnd = true, bool keepValues = true);
+  // The same onto the given pages, which become the current pages.
+  std::unique_ptr<ReportRun> runOnto(std::shared_ptr<PageDocument> pages, bool terminateAtEnd, bool keepValues);
   std::unique_ptr<Output> startOutput();
   // Raises the run's ActiveReport_Terminate when the output holds it back;
   // after a failure an error of the handlers is dropped.
   void endOutput(Output &output, bool afterFailure);
   void printPages(Output &output);
-  void presentPreview();
+  // runFirst: the window opens on empty pages and the layout runs onto
+  // them while it is open.
+  void presentPreview(bool runFirst);
+  // Moves a preview whose run is making its pages to windowPlace.
+  void placeRunningPreview();
   static const MemberTable &layoutMemberTable();
 
   std::shared_ptr<engine::Sections> sections_;

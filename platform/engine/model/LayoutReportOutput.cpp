@@ -50,7 +50,12 @@ LayoutReport::LayoutReport() = default;
 LayoutReport::~LayoutReport() = default;
 
 std::unique_ptr<ReportRun> LayoutReport::runOntoNewPages(bool terminateAtEnd, bool keepValues) {
-  pages_ = std::make_shared<PageDocument>();
+  return runOnto(std::make_shared<PageDocument>(), terminateAtEnd, keepValues);
+}
+
+std::unique_ptr<ReportRun> LayoutReport::runOnto(std::shared_ptr<PageDocument> pages, bool terminateAtEnd,
+                                                 bool keepValues) {
+  pages_ = std::move(pages);
   pages_->setKeepsValues(keepValues);
   runErrors_.clear();
   auto run = std::make_unique<ReportRun>(*this, *pages_);
@@ -103,6 +108,9 @@ void LayoutReport::printReport(bool prompt) {
   // An event handler may drop the last reference the caller held.
   const ObjectRef keepAlive = shared_from_this();
   if (output_) {
+    if (!output_->events)
+      raiseError(ErrorNumber::InvalidCall, QStringLiteral("ActiveReport.PrintReport"),
+                 QStringLiteral("The preview is still making its pages"));
     printPages(*output_); // from the preview, whose end ends the output
     return;
   }
@@ -135,9 +143,15 @@ void LayoutReport::show(bool modal) {
   if (output_)
     raiseError(ErrorNumber::InvalidCall, source, QStringLiteral("The preview of this report is open already"));
   const ObjectRef keepAlive = shared_from_this();
-  output_ = startOutput();
+  // Pages of an earlier Run are shown as they are, a run of their own
+  // answering the events; else the layout runs while the window is open.
+  const bool runFirst = !pages_;
+  output_ = std::make_unique<Output>();
+  output_->pages = runFirst ? std::make_shared<PageDocument>() : pages_;
+  if (!runFirst)
+    output_->events = std::make_unique<ReportRun>(*this, *pages_);
   try {
-    presentPreview();
+    presentPreview(runFirst);
   } catch (...) {
     const std::unique_ptr<Output> output = std::move(output_);
     endOutput(*output, true);
@@ -147,19 +161,46 @@ void LayoutReport::show(bool modal) {
   endOutput(*output, false);
 }
 
-void LayoutReport::presentPreview() {
+void LayoutReport::presentPreview(bool runFirst) {
   PreviewWindow window(output_->pages);
   if (!caption.isEmpty())
     window.setWindowTitle(caption);
   window.setPrintHandler([this] { printReport(false); });
-  window.showRunProblems(runErrors_);
+  if (runFirst) {
+    window.setPendingRun([this, &window] {
+      // Pages for the preview alone, which no export reads.
+      const std::shared_ptr<PageDocument> pages = output_->pages;
+      pages->setPageListener([&window] { window.pageAdded(); });
+      try {
+        output_->events = runOnto(pages, false, false);
+      } catch (...) {
+        pages->setPageListener(nullptr);
+        throw;
+      }
+      pages->setPageListener(nullptr);
+      output_->terminatePending = true;
+      window.showRunProblems(runErrors_);
+    });
+  } else {
+    window.showRunProblems(runErrors_);
+  }
   applyWindowPlace(window, windowPlace);
   preview_ = &window;
   presentModal(window);
+  // A presenter that never showed the window still gets the run.
+  window.completeRun();
   windowPlace = windowPlaceOf(window);
+  if (const std::exception_ptr failure = window.runFailure())
+    std::rethrow_exception(failure);
 }
 
 PreviewWindow *LayoutReport::preview() const { return preview_; }
+
+void LayoutReport::placeRunningPreview() {
+  // The window opens before the run whose first events say where it goes.
+  if (preview_ && preview_->running())
+    applyWindowPlace(*preview_, windowPlace);
+}
 
 void LayoutReport::close() {
   if (preview_)
@@ -200,19 +241,32 @@ const MemberTable &LayoutReport::memberTable() const {
                              QStringLiteral("The window state is 0 (normal), 1 (minimised) or 2 (maximised), not %1")
                                  .arg(state));
                 r.windowPlace.state = state;
+                r.placeRunningPreview();
               }),
           property<R>(
               "Left", [](R &r) { return r.windowPlace.left; },
-              [](R &r, const Variant &v) { r.windowPlace.left = twips(v); }),
+              [](R &r, const Variant &v) {
+                r.windowPlace.left = twips(v);
+                r.placeRunningPreview();
+              }),
           property<R>(
               "Top", [](R &r) { return r.windowPlace.top; },
-              [](R &r, const Variant &v) { r.windowPlace.top = twips(v); }),
+              [](R &r, const Variant &v) {
+                r.windowPlace.top = twips(v);
+                r.placeRunningPreview();
+              }),
           property<R>(
               "Width", [](R &r) { return r.windowPlace.width; },
-              [](R &r, const Variant &v) { r.windowPlace.width = twips(v); }),
+              [](R &r, const Variant &v) {
+                r.windowPlace.width = twips(v);
+                r.placeRunningPreview();
+              }),
           property<R>(
               "Height", [](R &r) { return r.windowPlace.height; },
-              [](R &r, const Variant &v) { r.windowPlace.height = twips(v); }),
+              [](R &r, const Variant &v) {
+                r.windowPlace.height = twips(v);
+                r.placeRunningPreview();
+              }),
       },
       &layoutMemberTable()};
   return table;

@@ -40,6 +40,11 @@ void PageView::setScale(qreal pixelsPerTwip) {
   update();
 }
 
+void PageView::refresh() {
+  setFixedSize(pixelSize());
+  update();
+}
+
 void PageView::setMark(const std::optional<Box> &box) {
   mark_ = box;
   update();

@@ -31,6 +31,9 @@ public:
   void setMark(const std::optional<Box> &box);
   // Where a box of the page lands in the widget, in pixels.
   QRect toWidget(const Box &box) const;
+  // Shows the page anew, for a document that has gained it or has had its
+  // page counts filled in.
+  void refresh();
 
 protected:
   void paintEvent(QPaintEvent *event) override;

@@ -22,6 +22,7 @@
 #include <QSpinBox>
 #include <QSplitter>
 #include <QStyle>
+#include <QTimer>
 #include <QToolBar>
 #include <QVBoxLayout>
 
@@ -36,6 +37,9 @@ constexpr int kZoomSteps[] = {10, 25, 50, 75, 100, 125, 150, 200, 300, 400, 600,
 // Grey room around the page, in pixels.
 constexpr int kPageMargin = 12;
 constexpr int kThumbnailWidth = 110;
+// How often a window whose pages are being made takes them in and answers
+// the user, in milliseconds.
+constexpr qint64 kTakeInInterval = 100;
 
 QAction *makeAction(QWidget &window, const QString &name, const QString &text, const QIcon &icon,
                     const QList<QKeySequence> &keys) {
@@ -216,7 +220,7 @@ void PreviewWindow::buildToolBar(QToolBar &toolBar) {
 
 // ---- Pages ----
 
-int PreviewWindow::pageCount() const { return document_->pageCount(); }
+int PreviewWindow::pageCount() const { return thumbnails_->rowCount(); }
 
 int PreviewWindow::currentPage() const { return pageCount() == 0 ? 0 : pageView_->pageIndex() + 1; }
 
@@ -244,7 +248,7 @@ void PreviewWindow::updateNavigation() {
   nextAction_->setEnabled(page < count);
   lastAction_->setEnabled(page < count);
   findNextAction_->setEnabled(count > 0);
-  printAction_->setEnabled(count > 0 && !printing_);
+  printAction_->setEnabled(count > 0 && !printing_ && !running_);
   {
     const QSignalBlocker blocker(pageBox_);
     pageBox_->setValue(page);
@@ -255,6 +259,81 @@ void PreviewWindow::updateNavigation() {
     thumbnailList_->selectionModel()->setCurrentIndex(index, QItemSelectionModel::ClearAndSelect);
     thumbnailList_->scrollTo(index);
   }
+}
+
+// ---- Pages made while the window is open ----
+
+void PreviewWindow::setPendingRun(std::function<void()> run) { pendingRun_ = std::move(run); }
+
+void PreviewWindow::showEvent(QShowEvent *event) {
+  QWidget::showEvent(event);
+  // The run starts once the window is on the screen, from its event loop.
+  if (pendingRun_)
+    QTimer::singleShot(0, this, [this] { completeRun(); });
+}
+
+void PreviewWindow::completeRun() {
+  if (!pendingRun_ || running_)
+    return;
+  const std::function<void()> run = std::exchange(pendingRun_, {});
+  running_ = true;
+  runAnswersUser_ = isVisible();
+  sinceTakenIn_.start();
+  setStatus(tr("Making the pages…"));
+  updateNavigation();
+  try {
+    run();
+  } catch (const Closed &) {
+    runStopped_ = true;
+  } catch (...) {
+    runFailure_ = std::current_exception();
+  }
+  running_ = false;
+  // The window must outlive whatever the last pages hold: nothing may
+  // leave this function, which the event loop calls.
+  try {
+    thumbnails_->update(true); // the page counts are filled in now
+    takeInPages();
+    pageView_->refresh();
+    setStatus(pageCount() == 0 ? tr("The report has no pages") : QString());
+  } catch (...) {
+  }
+  if (runFailure_)
+    close();
+}
+
+void PreviewWindow::pageAdded() {
+  if (!running_ || !runAnswersUser_)
+    return;
+  if (!isVisible())
+    throw Closed();
+  // The first page at once, the later ones a few times a second.
+  if (pageCount() > 0 && sinceTakenIn_.elapsed() < kTakeInInterval)
+    return;
+  takeInPages();
+  QCoreApplication::processEvents();
+  sinceTakenIn_.restart();
+  if (!isVisible())
+    throw Closed();
+}
+
+void PreviewWindow::takeInPages() {
+  const bool hadPages = pageCount() > 0;
+  thumbnails_->update();
+  const int count = pageCount();
+  if (!hadPages && count > 0) {
+    thumbnailList_->setIconSize(thumbnails_->thumbnailSize());
+    pageView_->refresh();
+    applyZoom();
+  }
+  {
+    const QSignalBlocker blocker(pageBox_);
+    pageBox_->setRange(std::min(1, count), count);
+  }
+  pageTotal_->setText(running_ ? tr(" of %1… ").arg(count) : tr(" of %1 ").arg(count));
+  if (running_)
+    setStatus(tr("Making the pages: %1 so far").arg(count));
+  updateNavigation();
 }
 
 // ---- Zoom ----
@@ -370,6 +449,9 @@ bool PreviewWindow::find(const QString &text) {
 // ---- Printing ----
 
 bool PreviewWindow::print() {
+  if (running_)
+    return false; // the pages are not all made yet
+  completeRun();
   if (!printHandler_ || printing_ || pageCount() == 0)
     return false;
   printing_ = true;
@@ -415,10 +497,9 @@ void PreviewWindow::showRunProblems(const QStringList &problems) {
   if (problems.isEmpty())
     return;
   constexpr int kListed = 30;
-  problems_->setText(problems.size() == 1 ? tr("The run had a problem: %1").arg(problems.first())
-                                          : tr("The run had %1 problems. The first: %2")
-                                                .arg(problems.size())
-                                                .arg(problems.first()));
+  problems_->setText(problems.size() == 1
+                         ? tr("The run had a problem: %1").arg(problems.first())
+                         : tr("The run had %1 problems. The first: %2").arg(problems.size()).arg(problems.first()));
   QStringList listed = problems.mid(0, kListed);
   if (problems.size() > kListed)
     listed << tr("... and %1 more, in the application log").arg(problems.size() - kListed);

@@ -2,8 +2,10 @@
 
 #include "engine/preview/PageSearch.h"
 
+#include <QElapsedTimer>
 #include <QWidget>
 
+#include <exception>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -33,11 +35,42 @@ class ThumbnailModel;
 // Everything the buttons do is a public member as well, so callers drive
 // the window without clicks. Pages count from 1 here, as the user sees
 // them.
+//
+// A window may open before its pages are made: the run that makes them
+// waits in the window and starts when the window is first shown (or when
+// completeRun asks for it). Meanwhile the window shows the pages made so
+// far, the page count growing with "…" after it and the progress in the
+// status line, and answers the user between pages; printing waits for the
+// end. Closing the window stops the run.
 class PreviewWindow : public QWidget {
   Q_OBJECT
 public:
   explicit PreviewWindow(std::shared_ptr<const PageDocument> document, QWidget *parent = nullptr);
   ~PreviewWindow() override;
+
+  // What pageAdded raises when the window has been closed while its run
+  // makes pages: the run stops.
+  class Closed : public std::exception {
+  public:
+    const char *what() const noexcept override { return "The preview was closed while its pages were made"; }
+  };
+
+  // The run that makes the document's pages, to start when the window is
+  // first shown. It calls pageAdded after each page it adds.
+  void setPendingRun(std::function<void()> run);
+  // Runs the pending run to its end now, if it has not run; nothing
+  // otherwise. A failure of the run closes the window and is kept for
+  // runFailure; a close of the window stops the run (runStopped).
+  void completeRun();
+  bool running() const { return running_; }
+  // The error that ended the run early; empty when it ended well or was
+  // stopped by a close.
+  std::exception_ptr runFailure() const { return runFailure_; }
+  bool runStopped() const { return runStopped_; }
+  // Takes in the page the run has just added; now and then it brings the
+  // window up to date and lets it answer the user. Raises Closed once the
+  // window has been closed during the run.
+  void pageAdded();
 
   // What the print button does. It may raise; the window shows the error.
   void setPrintHandler(std::function<void()> handler) { printHandler_ = std::move(handler); }
@@ -92,6 +125,7 @@ public:
 
 protected:
   bool eventFilter(QObject *watched, QEvent *event) override;
+  void showEvent(QShowEvent *event) override;
 
 private:
   enum class ZoomMode { Percent, FitWidth, FitPage };
@@ -103,6 +137,9 @@ private:
   void updateNavigation();
   void setStatus(const QString &text);
   void zoomEdited();
+  // Brings the thumbnails, the page count and the page shown up to date
+  // with the document.
+  void takeInPages();
 
   std::shared_ptr<const PageDocument> document_;
   std::function<void()> printHandler_;
@@ -133,6 +170,12 @@ private:
   QString searched_;
   bool printing_ = false;
   bool progressShown_ = false;
+  std::function<void()> pendingRun_;
+  bool running_ = false;
+  bool runAnswersUser_ = false; // the window was open when the run started
+  bool runStopped_ = false;
+  std::exception_ptr runFailure_;
+  QElapsedTimer sinceTakenIn_;
 };
 
 } // namespace kordel::engine

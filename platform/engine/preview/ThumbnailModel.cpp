@@ -5,6 +5,7 @@
 
 #include <QPainter>
 
+#include <algorithm>
 #include <cmath>
 
 namespace kordel::engine {
@@ -13,7 +14,27 @@ ThumbnailModel::ThumbnailModel(std::shared_ptr<const PageDocument> document, int
     : QAbstractListModel(parent), document_(std::move(document)), width_(width),
       pictures_(std::size_t(document_->pageCount())) {}
 
-int ThumbnailModel::rowCount(const QModelIndex &parent) const { return parent.isValid() ? 0 : document_->pageCount(); }
+int ThumbnailModel::rowCount(const QModelIndex &parent) const { return parent.isValid() ? 0 : int(pictures_.size()); }
+
+void ThumbnailModel::update(bool repainted) {
+  const int rows = rowCount();
+  const int pages = document_->pageCount();
+  if (pages < rows) {
+    beginResetModel();
+    pictures_.assign(std::size_t(pages), QPixmap());
+    endResetModel();
+    return;
+  }
+  if (repainted && rows > 0) {
+    std::fill(pictures_.begin(), pictures_.end(), QPixmap());
+    emit dataChanged(index(0), index(rows - 1), {Qt::DecorationRole});
+  }
+  if (pages > rows) {
+    beginInsertRows({}, rows, pages - 1);
+    pictures_.resize(std::size_t(pages));
+    endInsertRows();
+  }
+}
 
 QSize ThumbnailModel::thumbnailSize() const {
   if (document_->pageCount() == 0)

@@ -135,6 +135,8 @@ void PageDocument::checkReferences(const Page &page) const {
 void PageDocument::append(Page page) {
   checkReferences(page);
   pages_.append(std::move(page));
+  if (pageListener_)
+    pageListener_();
 }
 
 void PageDocument::addPageCount(int page, PageCountText text) {

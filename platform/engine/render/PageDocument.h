@@ -104,6 +104,10 @@ public:
   // temporary file (PageStore); raises 7 when it cannot be written.
   void append(Page page);
   int pageCount() const { return pages_.count(); }
+  // Called after each page that append adds, for a window that shows the
+  // pages while they are made; it may raise to stop the run that adds
+  // them. None by default.
+  void setPageListener(std::function<void()> listener) { pageListener_ = std::move(listener); }
   // A page, counting from 0, with the page counts resolved so far; raises
   // 9 for an index out of range. A page that left memory is read back.
   Page page(int index) const;
@@ -132,6 +136,7 @@ private:
 
   QString title_;
   PageStore pages_;
+  std::function<void()> pageListener_;
   std::vector<PendingPageCount> pageCounts_;
   std::vector<PageFont> fonts_;
   QHash<PageFont, int> fontIndex_;

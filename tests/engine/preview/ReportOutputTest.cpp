@@ -18,6 +18,7 @@
 #include "support/PrivateCupsd.h"
 #include "support/TempDir.h"
 
+#include <QAction>
 #include <QDir>
 #include <QGuiApplication>
 #include <QScreen>
@@ -28,6 +29,7 @@
 #include <cups/cups.h>
 
 #include <cmath>
+#include <functional>
 
 using namespace kordel;
 using namespace kordel::engine;
@@ -52,16 +54,21 @@ public:
   std::size_t printedAtTerminate = 0;
   bool previewOpenAtTerminate = false;
   double leftAtTerminate = 0;
+  // How many rows to hand out, and what to do as each is handed out.
+  int rows = kRows;
+  std::function<void(int row)> atRow;
 
 protected:
   const MemberTable &memberTable() const override {
     static const MemberTable table{{
         method<PrintingSink>("ActiveReport_FetchData",
                              [](PrintingSink &s, Args &a) {
-                               if (s.next_ >= kRows)
+                               if (s.next_ >= s.rows)
                                  return Variant();
                                s.report_.lock()->fields()->add("name")->value =
                                    QStringLiteral("Customer %1").arg(++s.next_);
+                               if (s.atRow)
+                                 s.atRow(s.next_);
                                a[0] = Variant(false);
                                return Variant();
                              }),
@@ -205,10 +212,13 @@ TEST_F(ReportOutput, ShowPresentsThePagesAndAPrintFromItClosesItAtTheLastPage) {
     auto *preview = qobject_cast<PreviewWindow *>(&window);
     ASSERT_TRUE(preview);
     EXPECT_EQ(preview->windowTitle(), QStringLiteral("Quarterly list preview"));
-    EXPECT_EQ(preview->pageCount(), 3);
     EXPECT_EQ(report_->preview(), preview);
     preview->show();
     ASSERT_TRUE(preview->isVisible());
+    EXPECT_EQ(preview->pageCount(), 0) << "the pages are made once the window is up";
+    QCoreApplication::processEvents(); // the window's run, from its event loop
+    EXPECT_FALSE(preview->running());
+    EXPECT_EQ(preview->pageCount(), 3);
     EXPECT_TRUE(preview->print());
     EXPECT_FALSE(preview->isVisible()) << "closed from the last page's event";
     EXPECT_EQ(preview->statusText(), QStringLiteral("Printed page 3 of 3"));
@@ -242,6 +252,8 @@ TEST_F(ReportOutput, ThePreviewTellsOfTheRunsProblems) {
   field->dataField = QStringLiteral("=1 / 0");
   QString shown;
   setModalPresenter([&](QWidget &window) {
+    window.show();
+    QCoreApplication::processEvents();
     shown = static_cast<PreviewWindow &>(window).runProblemsText();
     window.close();
   });
@@ -250,6 +262,32 @@ TEST_F(ReportOutput, ThePreviewTellsOfTheRunsProblems) {
                                    .arg(report_->runErrors().size())
                                    .arg(field->name)))
       << shown.toStdString();
+}
+
+TEST_F(ReportOutput, TheWindowShowsPagesWhileTheRunMakesMoreAndClosingItStopsTheRun) {
+  sink_->rows = 4000; // a hundred pages
+  int takenIn = 0;
+  bool running = false;
+  bool printable = true;
+  sink_->atRow = [&](int row) {
+    if (row != 2000)
+      return;
+    const PreviewWindow *preview = report_->preview();
+    ASSERT_TRUE(preview);
+    takenIn = preview->pageCount();
+    running = preview->running();
+    printable = preview->findChild<QAction *>(QStringLiteral("CmdPrint"))->isEnabled();
+    report_->close();
+  };
+  report_->show(true); // the default presenter, with the window's own loop
+  EXPECT_TRUE(running);
+  EXPECT_GE(takenIn, 1) << "the first page shows as soon as it is made";
+  EXPECT_LT(takenIn, 50);
+  EXPECT_FALSE(printable) << "printing waits for the last page";
+  EXPECT_EQ(report_->preview(), nullptr);
+  EXPECT_EQ(sink_->terminated, 0) << "a stopped run ends as a failed one";
+  EXPECT_EQ(report_->get("Pages").toObject()->get("Count").toLong(), 0);
+
 }
 
 TEST_F(ReportOutput, APrintFailureIsShownAndTheWindowStaysOpen) {
