@@ -64,6 +64,11 @@ std::shared_ptr<hostapi::IReport> ReportCatalog::open(const ReportEntry &entry) 
   report->IReport_SetDatabase(application_.database());
   if (const auto record = nuvo::StoredRecords(engine_).read(entry.guid)) {
     persistable(*report).Class_ReadProperties(StoredRecord::fromBytes(*record));
+    // A designer's save writes the report's file at once and the record
+    // only when the designer closes: after a crash in between, the file
+    // holds the newer document, so the report is read from the file.
+    if (report->IReport_GUID() == entry.guid)
+      report->IReport_Refresh(false);
   } else {
     report->IReport_SetGUID(entry.guid);
     report->IReport_Refresh(false);

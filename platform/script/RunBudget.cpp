@@ -124,9 +124,11 @@ void RunBudget::watch() {
       charged = std::max<qint64>(0, charged + size - lastSize);
     lastSize = size;
     lastEntry = entry;
-    const bool spent = charged > limits_.memoryBytes;
-    memorySpent_.store(spent, std::memory_order_relaxed);
-    if (spent && entry != 0)
+    // Once spent the budget stays spent: what the scripts let go of while
+    // their Out of memory unwinds must not let the run go on.
+    if (charged > limits_.memoryBytes)
+      memorySpent_.store(true, std::memory_order_relaxed);
+    if (memorySpent() && entry != 0)
       for (const auto &[key, interrupt] : interrupts_)
         interrupt();
   }

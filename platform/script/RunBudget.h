@@ -33,7 +33,8 @@ namespace kordel::script {
 // stop a script that builds hundreds of megabytes long before the machine
 // suffers, and free of cost on the run's own path. When the memory is spent
 // the watcher asks the running engine to stop (interrupt) and engines raise
-// Out of memory (7) at their next look.
+// Out of memory (7) at their next look; spent memory stays spent for the
+// rest of the run, whatever the scripts let go of afterwards.
 class RunBudget {
 public:
   struct Limits {

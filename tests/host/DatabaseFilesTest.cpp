@@ -4,9 +4,11 @@
 // say how to make one, and read a database they may not write.
 
 #include "support/OrvexProcess.h"
+#include "support/SqliteColumn.h"
 #include "support/TempDir.h"
 
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QProcess>
 #include <QSqlDatabase>
@@ -14,6 +16,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <csignal>
 #include <sys/stat.h>
 
@@ -71,6 +74,41 @@ TEST_F(DatabaseFilesTest, AnInterruptedDemoLeavesNoDatabaseAndTheNextOneIsMade) 
   const OrvexRun again = orvex({"demo", "--db", folder + "/crm.db", "--companies", "3"});
   EXPECT_EQ(again.exitCode, 0) << again.err.toStdString();
   EXPECT_TRUE(orvex({"reports", "--db", folder + "/crm.db"}).out.contains("Company list"));
+
+  // Kills spread over a whole run, from its start to its end and after:
+  // each leaves either no database or a whole one whose reports export.
+  const QString database = folder + "/kill.db";
+  QElapsedTimer clock;
+  clock.start();
+  const OrvexRun timed = orvex({"demo", "--db", database, "--companies", "200"});
+  ASSERT_EQ(timed.exitCode, 0) << timed.err.toStdString();
+  const qint64 runTime = std::max<qint64>(clock.elapsed(), 50);
+  for (const double share : {0.02, 0.1, 0.25, 0.4, 0.55, 0.7, 0.85, 1.0, 1.5}) {
+    for (const QString &file : filesIn(folder))
+      ASSERT_TRUE(QFile::remove(folder + u'/' + file));
+    const int delay = int(share * double(runTime));
+    const std::string after = "a kill after " + std::to_string(delay) + " of " + std::to_string(runTime) + " ms";
+    QProcess demo;
+    kordel::test::startOrvex(demo, dir, {"demo", "--db", database, "--companies", "200"});
+    ASSERT_TRUE(demo.waitForStarted()) << after;
+    demo.waitForFinished(delay);
+    if (demo.state() == QProcess::Running) {
+      ::kill(pid_t(demo.processId()), SIGKILL);
+      ASSERT_TRUE(demo.waitForFinished(60000)) << after;
+    }
+    if (QFile::exists(database)) {
+      EXPECT_EQ(kordel::test::sqliteColumn(database, "PRAGMA integrity_check"), QStringList{"ok"}) << after;
+      for (const char *report : {"Company list", "Deals by value", "Company history"}) {
+        const OrvexRun exported =
+            orvex({"export", "--db", database, "--report", report, "--all", "--out", dir.file("check.txt")});
+        EXPECT_EQ(exported.exitCode, 0) << after << ", " << report << ": " << exported.err.toStdString();
+      }
+    } else {
+      const OrvexRun next = orvex({"demo", "--db", database, "--companies", "3"});
+      EXPECT_EQ(next.exitCode, 0) << after << ": " << next.err.toStdString();
+      EXPECT_TRUE(orvex({"reports", "--db", database}).out.contains("Company list")) << after;
+    }
+  }
 }
 
 TEST_F(DatabaseFilesTest, OnlyTheDemoMakesADatabaseAndTheOthersSayHow) {

@@ -108,20 +108,20 @@ TEST_F(FaultTest, AFileSizeLimitWhileSavingLosesNothing) {
   const qint64 size = QFile(db).size();
 
   // The database may grow by a few pages only: the report does not fit.
-  QProcess import;
+  QProcess importing;
   const rlim_t limit = rlim_t(size + 64 * 1024);
-  import.setChildProcessModifier([limit] {
+  importing.setChildProcessModifier([limit] {
     const rlimit fileSize{limit, limit};
-  ::setrlimit(RLIMIT_FSIZE, &fileSize);
-  ::signal(SIGXFSZ, SIG_IGN); // a write beyond the limit fails instead of ending the process
-});
-test::startOrvex(import, dir, {"report-import", document, "--db", db});
-ASSERT_TRUE(import.waitForFinished(60000));
-EXPECT_NE(import.exitCode(), 0) << "the import cannot have fitted";
-EXPECT_FALSE(import.readAllStandardError().isEmpty()) << "a failure says why";
-expectWholeAndWorking("a full disk");
-EXPECT_EQ(reports(), before);
-} // namespace
+    ::setrlimit(RLIMIT_FSIZE, &fileSize);
+    ::signal(SIGXFSZ, SIG_IGN); // a write beyond the limit fails instead of ending the process
+  });
+  test::startOrvex(importing, dir, {"report-import", document, "--db", db});
+  ASSERT_TRUE(importing.waitForFinished(60000));
+  EXPECT_NE(importing.exitCode(), 0) << "the import cannot have fitted";
+  EXPECT_FALSE(importing.readAllStandardError().isEmpty()) << "a failure says why";
+  expectWholeAndWorking("a full disk");
+  EXPECT_EQ(reports(), before);
+}
 
 TEST_F(FaultTest, ExportsAndSavesAtOnceNeitherFailNorCorrupt) {
   std::vector<std::unique_ptr<QProcess>> processes;

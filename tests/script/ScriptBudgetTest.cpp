@@ -4,6 +4,8 @@
 #include "script/ScriptEngine.h"
 #include "script/ScriptTestSupport.h"
 
+#include "core/Object.h"
+
 #include <gtest/gtest.h>
 
 namespace kordel::test {
@@ -67,6 +69,55 @@ TEST_F(ScriptBudgetTest, EndlessRecursionEndsWithOutOfStackSpace) {
                                                        "Set looping = New R\nlooping.Go\n")),
             kOutOfStack);
   expectUsable();
+}
+
+// A host object whose method calls a procedure of the script by name, as
+// the host calls a script's event procedures.
+class CallsBack : public Object {
+public:
+  explicit CallsBack(script::ScriptEngine &engine) : engine_(engine) {}
+  Variant call(const QString &name, Args &args) override {
+    if (name.compare(QLatin1String("Relay"), Qt::CaseInsensitive) == 0)
+      return engine_.call(QStringLiteral("Callback"), args);
+    return Object::call(name, args);
+  }
+
+private:
+  script::ScriptEngine &engine_;
+};
+
+// Each turn from the script to the host and back enters the engine again,
+// with the host's own frames between: the script's depth ends it before the
+// process's stack does.
+TEST(ScriptBudget, EndlessCallsBetweenScriptAndHostEndWithOutOfStackSpace) {
+  struct Case {
+    const char *language;
+    const char *procedure;
+    const char *start;
+  };
+  const Case cases[] = {
+      {"VBScript", "Function Callback(n)\n  Callback = Host.Relay(n + 1)\nEnd Function\n", "x = Host.Relay(0)\n"},
+  };
+  for (const Case &c : cases) {
+    SCOPED_TRACE(c.language);
+    const auto engine = script::createScriptEngine(QString::fromLatin1(c.language));
+    // A hang guard: without the depth's end the time's end comes instead.
+    script::ScriptBudget budget;
+    budget.milliseconds = 20000;
+    engine->setBudget(budget);
+    engine->addNamedItem(QStringLiteral("Host"), std::make_shared<CallsBack>(*engine));
+    engine->addCode(QString::fromLatin1(c.procedure));
+    EXPECT_EQ(errorNumberOf(*engine, QString::fromLatin1(c.start)), kOutOfStack);
+    // Started by the host, as an event procedure is.
+    Args first{Variant(0)};
+    try {
+      engine->call(QStringLiteral("Callback"), first);
+      ADD_FAILURE() << "no error";
+    } catch (const Error &error) {
+      EXPECT_EQ(error.number(), kOutOfStack) << error.description().toStdString();
+    }
+    EXPECT_EQ(engine->evaluate(QStringLiteral("1 + 1")).toLong(), 2) << "the engine runs again";
+  }
 }
 
 TEST_F(ScriptBudgetTest, RecursionUnderResumeNextUnwindsWithoutCrashing) {

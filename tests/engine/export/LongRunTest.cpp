@@ -3,6 +3,7 @@
 // same memory; page X of Y and a total still come out right.
 
 #include "support/PdfTools.h"
+#include "support/Sanitizers.h"
 #include "support/TempDir.h"
 
 #include "engine/export/PdfExporter.h"
@@ -160,13 +161,8 @@ TEST(LongRun, TenThousandRowsCountTheirPagesAndAddUpInThePdf) {
 }
 
 TEST(LongRun, TenTimesTheRowsPeakAtTheSameMemory) {
-#if defined(__SANITIZE_ADDRESS__)
-  GTEST_SKIP() << "the address sanitizer keeps freed memory in quarantine";
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer)
-  GTEST_SKIP() << "the address sanitizer keeps freed memory in quarantine";
-#endif
-#endif
+  if (test::kUnderAddressSanitizer)
+    GTEST_SKIP() << "the address sanitizer keeps freed memory in quarantine";
   test::TempDir dir;
   const long small = childPeakKilobytes(20000, dir.file(QStringLiteral("small.pdf")));
   const long large = childPeakKilobytes(200000, dir.file(QStringLiteral("large.pdf")));
