@@ -76,10 +76,14 @@ TEST_F(ScriptBudgetTest, EndlessRecursionEndsWithOutOfStackSpace) {
 class CallsBack : public Object {
 public:
   explicit CallsBack(script::ScriptEngine &engine) : engine_(engine) {}
-  Variant call(const QString &name, Args &args) override {
-    if (name.compare(QLatin1String("Relay"), Qt::CaseInsensitive) == 0)
-      return engine_.call(QStringLiteral("Callback"), args);
-    return Object::call(name, args);
+
+protected:
+  const MemberTable &memberTable() const override {
+    static const MemberTable table{{
+        method<CallsBack>(
+            "Relay", [](CallsBack &self, Args &args) { return self.engine_.call(QStringLiteral("Callback"), args); }),
+    }};
+    return table;
   }
 
 private:
@@ -97,6 +101,7 @@ TEST(ScriptBudget, EndlessCallsBetweenScriptAndHostEndWithOutOfStackSpace) {
   };
   const Case cases[] = {
       {"VBScript", "Function Callback(n)\n  Callback = Host.Relay(n + 1)\nEnd Function\n", "x = Host.Relay(0)\n"},
+      {"JScript", "function Callback(n) { return Host.Relay(n + 1); }\n", "var x = Host.Relay(0);\n"},
   };
   for (const Case &c : cases) {
     SCOPED_TRACE(c.language);

@@ -22,6 +22,12 @@ constexpr qsizetype kFirstSweep = 1024;
 // A statement budget becomes a time budget at this rate: the engine counts
 // no statements, and a loop is what the budget is there to stop.
 constexpr std::int64_t kStatementsPerMillisecond = 10000;
+// Entries from the host nested in one another (a script calls the host,
+// which calls the script, ...) beyond which the script is out of stack
+// space, whatever the recursion budget: each costs the engine's frames and
+// the host's, and the engine's own limit, met first, does not unwind
+// cleanly through the host.
+constexpr int kMostNestedEntries = 128;
 
 } // namespace
 
@@ -32,8 +38,9 @@ constexpr std::int64_t kStatementsPerMillisecond = 10000;
 class JsContext::Entry {
 public:
   explicit Entry(JsContext &context) : context_(context) {
-    const int limit = context_.budget_.recursionDepth;
-    if (limit > 0 && context_.depth_ >= limit)
+    const int budgeted = context_.budget_.recursionDepth;
+    const int limit = budgeted > 0 ? std::min(budgeted, kMostNestedEntries) : kMostNestedEntries;
+    if (context_.depth_ >= limit)
       throw ScriptError(
           Error(ScriptErrorNumber::OutOfStackSpace, runtimeErrorSource(), QStringLiteral("Out of stack space")), 0, 0);
     if (context_.layoutRights_)
