@@ -1,10 +1,10 @@
 #!/usr/bin/env bash
 # Configures and builds Kordel into a build folder.
-#   scripts/build.sh [--sanitize] [build-folder]   everything, tests included;
-#                                                  --sanitize with ASan and UBSan
-#   scripts/build.sh --fuzz [build-folder]         the same with clang, in
-#                                                  build-fuzz/, with the fuzz
-#                                                  programs (fuzz/)
+#   scripts/build.sh [build-folder]                everything, tests included,
+#                                                  in build/
+#   scripts/build.sh --sanitize [build-folder]     the same with clang, ASan and
+#                                                  UBSan, in build-asan/, with
+#                                                  the fuzz programs (fuzz/)
 #   scripts/build.sh ... --target=NAME             only that target (repeatable)
 #   scripts/build.sh --main [build-folder]         only the program, the add-in
 #                                                  and their libraries
@@ -12,17 +12,12 @@ set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 
 sanitize=OFF
-clang=OFF
 tests=ON
 targets=()
 build=""
 for a in "$@"; do
   case "$a" in
     --sanitize) sanitize=ON ;;
-    --fuzz)
-      sanitize=ON
-      clang=ON
-      ;;
     # orvex depends on the add-in and its message texts, so it brings them.
     --main)
       tests=OFF
@@ -33,9 +28,7 @@ for a in "$@"; do
   esac
 done
 if [ -z "$build" ]; then
-  if [ "$clang" = ON ]; then
-    build="$root/build-fuzz"
-  elif [ "$sanitize" = ON ]; then
+  if [ "$sanitize" = ON ]; then
     build="$root/build-asan"
   else
     build="$root/build"
@@ -43,8 +36,9 @@ if [ -z "$build" ]; then
 fi
 
 compiler=()
-if [ "$clang" = ON ]; then
-  # libFuzzer comes with clang.
+if [ "$sanitize" = ON ]; then
+  # One build for the sanitizer tests and the fuzz programs: libFuzzer
+  # comes with clang.
   compiler=(-DCMAKE_CXX_COMPILER=clang++-14)
   # A folder configured with another compiler is configured afresh: CMake
   # keeps the compiler of the first configuration.

@@ -1,19 +1,19 @@
 #!/usr/bin/env bash
-# Runs the libFuzzer programs of fuzz/ in the clang sanitizer build (build-fuzz/).
+# Runs the libFuzzer programs of fuzz/ in the clang sanitizer build (build-asan/).
 #   scripts/fuzz.sh TARGET SECONDS   one target, building it first if needed
 #   scripts/fuzz.sh all SECONDS      every target, one after the other
 #   scripts/fuzz.sh list             the targets
 # A target fuzzes on its seed corpus (fuzz/corpus/TARGET, and the folders
 # that fuzz/TARGET.seeds names, one a line) with its dictionary
 # (fuzz/TARGET.dict). What it learns goes to a scratch corpus
-# ($KORDEL_FUZZ_DIR/TARGET/corpus, by default build-fuzz/fuzz/), never into
+# ($KORDEL_FUZZ_DIR/TARGET/corpus, by default build-asan/fuzz/), never into
 # the seed corpus. A crash, a leak, a time-out or running out of memory is
 # a finding: the input is kept in $KORDEL_FUZZ_DIR/TARGET/findings, its path
 # is printed, and the script exits with 1 once every target has run.
 # Further arguments after SECONDS go to libFuzzer (for example -runs=1000000).
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
-build="$root/build-fuzz"
+build="$root/build-asan"
 work="${KORDEL_FUZZ_DIR:-$build/fuzz}"
 
 targets() {
@@ -49,7 +49,7 @@ build_targets=()
 for t in "${chosen[@]}"; do
   build_targets+=("--target=fuzz_$t")
 done
-bash "$root/scripts/build.sh" --fuzz "${build_targets[@]}" >/dev/null
+bash "$root/scripts/build.sh" --sanitize "${build_targets[@]}" >/dev/null
 
 # Sanitizer reports are findings; the libraries' known leaks are not.
 export ASAN_OPTIONS="detect_leaks=1:strict_string_checks=1"

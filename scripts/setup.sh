@@ -17,9 +17,10 @@ runtime=(
 # For the tests: the test framework, a private PostgreSQL server, a print
 # system with a PDF printer, readers of the exported files (PDF, TIFF, the
 # office suite for XLS and RTF) and a virtual display with tools that
-# find and photograph its windows. The fuzz build (build-fuzz/) is a clang
-# build: clang itself, its sanitizer and libFuzzer runtimes, and the
-# symbolizer that names the functions of a sanitizer's stack traces.
+# find and photograph its windows. The sanitizer build (build-asan/) is a
+# clang build with the fuzz programs: clang itself, its sanitizer and
+# libFuzzer runtimes, and the symbolizer that names the functions of a
+# sanitizer's stack traces.
 tests=(
   googletest libgtest-dev libgmock-dev
   clang-14 libclang-rt-14-dev llvm

@@ -117,10 +117,13 @@ TEST_F(DesignerSaveKillTest, SavesKilledAtAnyPointLeaveTheReportWhole) {
   const int fieldsAtFirst = int(topLayout(exported("the demo")).count("<Field "));
   ASSERT_GT(fieldsAtFirst, 0);
 
-  // From before the first save has written anything to many saves later.
-  const int delays[] = {0, 3, 10, 25, 50, 100, 200, 400, 800};
+  // From before the first save has written anything to many saves later;
+  // the last kill waits for two saves told, however slow the machine.
+  constexpr int kAfterTwoSaves = -1;
+  const int delays[] = {0, 3, 10, 25, 50, 100, 200, 400, 800, kAfterTwoSaves};
   for (const int delay : delays) {
-    const std::string after = "a kill " + std::to_string(delay) + " ms into the saves";
+    const std::string after = delay == kAfterTwoSaves ? std::string("a kill after two saves")
+                                                      : "a kill " + std::to_string(delay) + " ms into the saves";
     const QString child = QStringLiteral("designer %1").arg(delay);
     const QByteArray before = exported(after + ", before");
     QProcess designer;
@@ -135,7 +138,11 @@ TEST_F(DesignerSaveKillTest, SavesKilledAtAnyPointLeaveTheReportWhole) {
     while (!said.contains("designing") && designer.waitForReadyRead(60000))
       said += QString::fromUtf8(designer.readAllStandardOutput());
     ASSERT_TRUE(said.contains("designing")) << said.toStdString() << designer.readAllStandardError().toStdString();
-    designer.waitForFinished(delay);
+    if (delay == kAfterTwoSaves)
+      while (!said.contains("saved 2") && designer.waitForReadyRead(60000))
+        said += QString::fromUtf8(designer.readAllStandardOutput());
+    else
+      designer.waitForFinished(delay);
     ASSERT_EQ(designer.state(), QProcess::Running) << designer.readAllStandardError().toStdString();
     ::kill(pid_t(designer.processId()), SIGKILL);
     ASSERT_TRUE(designer.waitForFinished(30000));
