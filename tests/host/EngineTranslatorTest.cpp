@@ -154,6 +154,11 @@ TEST(EngineTranslator, EveryTextOfTheDesignerHasItsSwedishTranslation) {
                            QStringLiteral("Designer"), 150);
 }
 
+TEST(EngineTranslator, EveryTextOfThePreviewHasItsSwedishTranslation) {
+  expectSwedishForEachText(QStringLiteral("platform/engine/preview"), QStringLiteral("previewText"),
+                           QStringLiteral("Preview"), 25);
+}
+
 TEST(EngineTranslator, EveryTextOfTheDesktopClientHasItsSwedishTranslation) {
   expectSwedishForEachText(QStringLiteral("platform/host/desktop"), QStringLiteral("desktopText"),
                            QStringLiteral("Desktop"), 50);

@@ -1,6 +1,7 @@
 #include "engine/preview/PreviewWindow.h"
 
 #include "engine/preview/PageView.h"
+#include "engine/preview/PreviewText.h"
 #include "engine/preview/PrinterIcon.h"
 #include "engine/preview/Presenters.h"
 #include "engine/preview/ThumbnailModel.h"
@@ -61,7 +62,7 @@ QAction *makeAction(QWidget &window, const QString &name, const QString &text, Q
 PreviewWindow::PreviewWindow(std::shared_ptr<const PageDocument> document, QWidget *parent)
     : QWidget(parent), document_(std::move(document)) {
   setObjectName(QStringLiteral("PreviewWindow"));
-  setWindowTitle(tr("Preview"));
+  setWindowTitle(previewText("Preview"));
 
   thumbnails_ = new ThumbnailModel(document_, kThumbnailWidth, this);
   thumbnailList_ = new QListView;
@@ -126,7 +127,7 @@ PreviewWindow::PreviewWindow(std::shared_ptr<const PageDocument> document, QWidg
   if (const QScreen *screen = QGuiApplication::primaryScreen())
     resize(screen->availableGeometry().size() * 3 / 4);
   if (pageCount() == 0)
-    setStatus(tr("The report has no pages"));
+    setStatus(previewText("The report has no pages"));
   goToPage(1);
   applyZoom();
 }
@@ -134,27 +135,28 @@ PreviewWindow::PreviewWindow(std::shared_ptr<const PageDocument> document, QWidg
 PreviewWindow::~PreviewWindow() = default;
 
 void PreviewWindow::buildActions() {
-  firstAction_ = makeAction(*this, QStringLiteral("CmdFirstPage"), tr("First page"), QStyle::SP_MediaSkipBackward,
-                            {QKeySequence(Qt::CTRL | Qt::Key_Home)});
-  previousAction_ = makeAction(*this, QStringLiteral("CmdPreviousPage"), tr("Previous page"),
+  firstAction_ = makeAction(*this, QStringLiteral("CmdFirstPage"), previewText("First page"),
+                            QStyle::SP_MediaSkipBackward, {QKeySequence(Qt::CTRL | Qt::Key_Home)});
+  previousAction_ = makeAction(*this, QStringLiteral("CmdPreviousPage"), previewText("Previous page"),
                                QStyle::SP_MediaSeekBackward, {QKeySequence(Qt::Key_PageUp)});
-  nextAction_ = makeAction(*this, QStringLiteral("CmdNextPage"), tr("Next page"), QStyle::SP_MediaSeekForward,
+  nextAction_ = makeAction(*this, QStringLiteral("CmdNextPage"), previewText("Next page"), QStyle::SP_MediaSeekForward,
                            {QKeySequence(Qt::Key_PageDown)});
-  lastAction_ = makeAction(*this, QStringLiteral("CmdLastPage"), tr("Last page"), QStyle::SP_MediaSkipForward,
+  lastAction_ = makeAction(*this, QStringLiteral("CmdLastPage"), previewText("Last page"), QStyle::SP_MediaSkipForward,
                            {QKeySequence(Qt::CTRL | Qt::Key_End)});
-  zoomOutAction_ =
-      makeAction(*this, QStringLiteral("CmdZoomOut"), tr("Zoom out"), QStyle::SP_ArrowDown, {QKeySequence::ZoomOut});
-  zoomInAction_ = makeAction(*this, QStringLiteral("CmdZoomIn"), tr("Zoom in"), QStyle::SP_ArrowUp,
+  zoomOutAction_ = makeAction(*this, QStringLiteral("CmdZoomOut"), previewText("Zoom out"), QStyle::SP_ArrowDown,
+                              {QKeySequence::ZoomOut});
+  zoomInAction_ = makeAction(*this, QStringLiteral("CmdZoomIn"), previewText("Zoom in"), QStyle::SP_ArrowUp,
                              {QKeySequence::ZoomIn, QKeySequence(Qt::CTRL | Qt::Key_Equal)});
-  fitWidthAction_ = makeAction(*this, QStringLiteral("CmdFitWidth"), tr("Page width"), QStyle::SP_TitleBarMaxButton,
-                               {QKeySequence(Qt::CTRL | Qt::Key_2)});
-  fitPageAction_ = makeAction(*this, QStringLiteral("CmdFitPage"), tr("Whole page"), QStyle::SP_TitleBarNormalButton,
-                              {QKeySequence(Qt::CTRL | Qt::Key_1)});
-  findAction_ =
-      makeAction(*this, QStringLiteral("CmdFind"), tr("Find"), QStyle::SP_FileDialogContentsView, {QKeySequence::Find});
-  findNextAction_ = makeAction(*this, QStringLiteral("CmdFindNext"), tr("Find next"), QStyle::SP_FileDialogContentsView,
-                               {QKeySequence::FindNext});
-  printAction_ = makeAction(*this, QStringLiteral("CmdPrint"), tr("Print"), printerIcon(), {QKeySequence::Print});
+  fitWidthAction_ = makeAction(*this, QStringLiteral("CmdFitWidth"), previewText("Page width"),
+                               QStyle::SP_TitleBarMaxButton, {QKeySequence(Qt::CTRL | Qt::Key_2)});
+  fitPageAction_ = makeAction(*this, QStringLiteral("CmdFitPage"), previewText("Whole page"),
+                              QStyle::SP_TitleBarNormalButton, {QKeySequence(Qt::CTRL | Qt::Key_1)});
+  findAction_ = makeAction(*this, QStringLiteral("CmdFind"), previewText("Find"), QStyle::SP_FileDialogContentsView,
+                           {QKeySequence::Find});
+  findNextAction_ = makeAction(*this, QStringLiteral("CmdFindNext"), previewText("Find next"),
+                               QStyle::SP_FileDialogContentsView, {QKeySequence::FindNext});
+  printAction_ =
+      makeAction(*this, QStringLiteral("CmdPrint"), previewText("Print"), printerIcon(), {QKeySequence::Print});
 
   connect(firstAction_, &QAction::triggered, this, [this] { firstPage(); });
   connect(previousAction_, &QAction::triggered, this, [this] { previousPage(); });
@@ -180,10 +182,10 @@ void PreviewWindow::buildToolBar(QToolBar &toolBar) {
   pageBox_->setObjectName(QStringLiteral("TxtPage"));
   pageBox_->setRange(std::min(1, pageCount()), pageCount());
   pageBox_->setKeyboardTracking(false);
-  pageBox_->setToolTip(tr("Page number"));
+  pageBox_->setToolTip(previewText("Page number"));
   connect(pageBox_, &QSpinBox::valueChanged, this, [this](int page) { goToPage(page); });
   toolBar.addWidget(pageBox_);
-  pageTotal_ = new QLabel(tr(" of %1 ").arg(pageCount()));
+  pageTotal_ = new QLabel(QStringLiteral(" %1 ").arg(previewText("of %1").arg(pageCount())));
   pageTotal_->setObjectName(QStringLiteral("LblPageCount"));
   toolBar.addWidget(pageTotal_);
   toolBar.addAction(nextAction_);
@@ -197,7 +199,7 @@ void PreviewWindow::buildToolBar(QToolBar &toolBar) {
   zoomBox_->setInsertPolicy(QComboBox::NoInsert);
   for (const int step : kZoomSteps)
     zoomBox_->addItem(QStringLiteral("%1%").arg(step), step);
-  zoomBox_->setToolTip(tr("Zoom"));
+  zoomBox_->setToolTip(previewText("Zoom"));
   connect(zoomBox_, &QComboBox::activated, this, [this](int index) { setZoom(zoomBox_->itemData(index).toInt()); });
   connect(zoomBox_->lineEdit(), &QLineEdit::editingFinished, this, [this] { zoomEdited(); });
   toolBar.addWidget(zoomBox_);
@@ -208,7 +210,7 @@ void PreviewWindow::buildToolBar(QToolBar &toolBar) {
 
   findBox_ = new QLineEdit;
   findBox_->setObjectName(QStringLiteral("TxtFind"));
-  findBox_->setPlaceholderText(tr("Find text"));
+  findBox_->setPlaceholderText(previewText("Find text"));
   findBox_->setClearButtonEnabled(true);
   findBox_->setMaximumWidth(220);
   connect(findBox_, &QLineEdit::returnPressed, this, [this] { find(findBox_->text()); });
@@ -279,7 +281,7 @@ void PreviewWindow::completeRun() {
   running_ = true;
   runAnswersUser_ = isVisible();
   sinceTakenIn_.start();
-  setStatus(tr("Making the pages…"));
+  setStatus(previewText("Making the pages…"));
   updateNavigation();
   try {
     run();
@@ -295,7 +297,7 @@ void PreviewWindow::completeRun() {
     thumbnails_->update(true); // the page counts are filled in now
     takeInPages();
     pageView_->refresh();
-    setStatus(pageCount() == 0 ? tr("The report has no pages") : QString());
+    setStatus(pageCount() == 0 ? previewText("The report has no pages") : QString());
   } catch (...) {
   }
   if (runFailure_)
@@ -330,9 +332,9 @@ void PreviewWindow::takeInPages() {
     const QSignalBlocker blocker(pageBox_);
     pageBox_->setRange(std::min(1, count), count);
   }
-  pageTotal_->setText(running_ ? tr(" of %1… ").arg(count) : tr(" of %1 ").arg(count));
+  pageTotal_->setText(QStringLiteral(" %1 ").arg((running_ ? previewText("of %1…") : previewText("of %1")).arg(count)));
   if (running_)
-    setStatus(tr("Making the pages: %1 so far").arg(count));
+    setStatus(previewText("Making the pages: %1 so far").arg(count));
   updateNavigation();
 }
 
@@ -434,7 +436,7 @@ bool PreviewWindow::find(const QString &text) {
   hit_ = findText(*document_, text, start);
   if (!hit_) {
     pageView_->setMark(std::nullopt);
-    setStatus(text.isEmpty() ? QString() : tr("\"%1\" was not found").arg(text));
+    setStatus(text.isEmpty() ? QString() : previewText("\"%1\" was not found").arg(text));
     return false;
   }
   goToPage(hit_->position.page + 1);
@@ -442,7 +444,7 @@ bool PreviewWindow::find(const QString &text) {
   const QRect marked = pageView_->toWidget(hit_->box);
   const QPoint centre = pageView_->mapTo(scrollArea_->widget(), marked.center());
   scrollArea_->ensureVisible(centre.x(), centre.y(), marked.width() / 2 + 40, marked.height() / 2 + 40);
-  setStatus(tr("Found on page %1").arg(hit_->position.page + 1));
+  setStatus(previewText("Found on page %1").arg(hit_->position.page + 1));
   return true;
 }
 
@@ -457,7 +459,7 @@ bool PreviewWindow::print() {
   printing_ = true;
   progressShown_ = false;
   printAction_->setEnabled(false);
-  setStatus(tr("Printing…"));
+  setStatus(previewText("Printing…"));
   QApplication::setOverrideCursor(Qt::WaitCursor);
   std::optional<Error> failure;
   try {
@@ -470,14 +472,15 @@ bool PreviewWindow::print() {
   updateNavigation();
   if (!failure) {
     if (!progressShown_)
-      setStatus(tr("Printed"));
+      setStatus(previewText("Printed"));
     return true;
   }
-  setStatus(tr("Not printed"));
+  setStatus(previewText("Not printed"));
   // The message is all there is to tell; a presenter that fails to show it
   // must not take the window down.
   try {
-    presentMessage(windowTitle(), tr("The report was not printed.\n\n%1").arg(failure->description()));
+    presentMessage(windowTitle(),
+                   previewText("The report was not printed.") + QStringLiteral("\n\n") + failure->description());
   } catch (...) {
   }
   return false;
@@ -485,7 +488,7 @@ bool PreviewWindow::print() {
 
 void PreviewWindow::showPrintProgress(int page, int count) {
   progressShown_ = true;
-  setStatus(tr("Printed page %1 of %2").arg(page).arg(count));
+  setStatus(previewText("Printed page %1 of %2").arg(page).arg(count));
 }
 
 void PreviewWindow::setStatus(const QString &text) { status_->setText(text); }
@@ -497,12 +500,13 @@ void PreviewWindow::showRunProblems(const QStringList &problems) {
   if (problems.isEmpty())
     return;
   constexpr int kListed = 30;
-  problems_->setText(problems.size() == 1
-                         ? tr("The run had a problem: %1").arg(problems.first())
-                         : tr("The run had %1 problems. The first: %2").arg(problems.size()).arg(problems.first()));
+  problems_->setText(
+      problems.size() == 1
+          ? previewText("The run had a problem: %1").arg(problems.first())
+          : previewText("The run had %1 problems. The first: %2").arg(problems.size()).arg(problems.first()));
   QStringList listed = problems.mid(0, kListed);
   if (problems.size() > kListed)
-    listed << tr("... and %1 more, in the application log").arg(problems.size() - kListed);
+    listed << previewText("... and %1 more, in the application log").arg(problems.size() - kListed);
   problems_->setToolTip(listed.join(u'\n'));
 }
 
