@@ -175,6 +175,8 @@ public:
   void close();
   // The open preview; nullptr when none is open.
   PreviewWindow *preview() const;
+  // Moves a preview whose run is making its pages to windowPlace.
+  void placeRunningPreview();
   WindowPlace windowPlace;
 
 protected:
@@ -201,8 +203,7 @@ private:
   // runFirst: the window opens on empty pages and the layout runs onto
   // them while it is open.
   void presentPreview(bool runFirst);
-  // Moves a preview whose run is making its pages to windowPlace.
-  void placeRunningPreview();
+
   static const MemberTable &layoutMemberTable();
 
   std::shared_ptr<engine::Sections> sections_;

@@ -43,6 +43,17 @@ PrintSettings printSettingsOf(const LayoutPrinter &printer, const QString &jobNa
 
 float twips(const Variant &value) { return value.toSingle(); }
 
+// A side of the preview window's place, in twips; setting it moves a
+// preview whose run is still making its pages.
+Member placeProperty(const char *name, float WindowPlace::*side) {
+  return property<LayoutReport>(
+      name, [side](LayoutReport &r) { return r.windowPlace.*side; },
+      [side](LayoutReport &r, const Variant &v) {
+        r.windowPlace.*side = twips(v);
+        r.placeRunningPreview();
+      });
+}
+
 } // namespace
 
 LayoutReport::LayoutReport() = default;
@@ -243,30 +254,10 @@ const MemberTable &LayoutReport::memberTable() const {
                 r.windowPlace.state = state;
                 r.placeRunningPreview();
               }),
-          property<R>(
-              "Left", [](R &r) { return r.windowPlace.left; },
-              [](R &r, const Variant &v) {
-                r.windowPlace.left = twips(v);
-                r.placeRunningPreview();
-              }),
-          property<R>(
-              "Top", [](R &r) { return r.windowPlace.top; },
-              [](R &r, const Variant &v) {
-                r.windowPlace.top = twips(v);
-                r.placeRunningPreview();
-              }),
-          property<R>(
-              "Width", [](R &r) { return r.windowPlace.width; },
-              [](R &r, const Variant &v) {
-                r.windowPlace.width = twips(v);
-                r.placeRunningPreview();
-              }),
-          property<R>(
-              "Height", [](R &r) { return r.windowPlace.height; },
-              [](R &r, const Variant &v) {
-                r.windowPlace.height = twips(v);
-                r.placeRunningPreview();
-              }),
+          placeProperty("Left", &WindowPlace::left),
+          placeProperty("Top", &WindowPlace::top),
+          placeProperty("Width", &WindowPlace::width),
+          placeProperty("Height", &WindowPlace::height),
       },
       &layoutMemberTable()};
   return table;

@@ -185,7 +185,7 @@ void PreviewWindow::buildToolBar(QToolBar &toolBar) {
   pageBox_->setToolTip(previewText("Page number"));
   connect(pageBox_, &QSpinBox::valueChanged, this, [this](int page) { goToPage(page); });
   toolBar.addWidget(pageBox_);
-  pageTotal_ = new QLabel(QStringLiteral(" %1 ").arg(previewText("of %1").arg(pageCount())));
+  pageTotal_ = new QLabel(pageTotalText());
   pageTotal_->setObjectName(QStringLiteral("LblPageCount"));
   toolBar.addWidget(pageTotal_);
   toolBar.addAction(nextAction_);
@@ -223,6 +223,10 @@ void PreviewWindow::buildToolBar(QToolBar &toolBar) {
 // ---- Pages ----
 
 int PreviewWindow::pageCount() const { return thumbnails_->rowCount(); }
+
+QString PreviewWindow::pageTotalText() const {
+  return QStringLiteral(" %1 ").arg((running_ ? previewText("of %1…") : previewText("of %1")).arg(pageCount()));
+}
 
 int PreviewWindow::currentPage() const { return pageCount() == 0 ? 0 : pageView_->pageIndex() + 1; }
 
@@ -332,7 +336,7 @@ void PreviewWindow::takeInPages() {
     const QSignalBlocker blocker(pageBox_);
     pageBox_->setRange(std::min(1, count), count);
   }
-  pageTotal_->setText(QStringLiteral(" %1 ").arg((running_ ? previewText("of %1…") : previewText("of %1")).arg(count)));
+  pageTotal_->setText(pageTotalText());
   if (running_)
     setStatus(previewText("Making the pages: %1 so far").arg(count));
   updateNavigation();

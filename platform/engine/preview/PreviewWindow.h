@@ -140,6 +140,8 @@ private:
   // Brings the thumbnails, the page count and the page shown up to date
   // with the document.
   void takeInPages();
+  // " of N " beside the page box, with "…" while the run makes pages.
+  QString pageTotalText() const;
 
   std::shared_ptr<const PageDocument> document_;
   std::function<void()> printHandler_;
