@@ -155,7 +155,7 @@ std::shared_ptr<InspectorObject> InspectorObject::forNewRecord(std::shared_ptr<E
                                                                const QString &className) {
   const ClassDef &cls = engine->classNamed(className);
   auto set = std::make_shared<RecordSet>(cls);
-  set->appendRow(0);
+  set->appendRow(0).endRow();
   auto record = std::make_shared<RecordObject>(engine, std::move(set), 0, hostapi::RecordState::New);
   return std::shared_ptr<InspectorObject>(new InspectorObject(std::move(engine), cls, std::move(record)));
 }

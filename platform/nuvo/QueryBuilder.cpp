@@ -146,13 +146,16 @@ std::shared_ptr<RecordSet> QueryBuilder::run() {
   storages.reserve(std::size_t(columns));
   for (int c = 0; c < columns; ++c)
     storages.push_back(set_->column(c).storage);
-  const Variant null = Variant::null();
   while (query.next()) {
-    set_->appendRow(query.value(0).toInt());
+    RowValues &values = set_->appendRow(query.value(0).toInt());
     for (int c = 0; c < columns; ++c) {
       const int at = sqlColumnOf_[std::size_t(c)];
-      set_->appendValue(at < 0 ? null : decodeValue(storages[std::size_t(c)], query.value(at)));
+      if (at < 0)
+        values.appendNull();
+      else
+        appendDecoded(values, storages[std::size_t(c)], query.value(at));
     }
+    values.endRow();
   }
   return set_;
 }

@@ -36,9 +36,10 @@ void RecordObject::fetch(const std::vector<FieldPath> &paths) {
   auto set = query.run();
   // A record that is gone, or not yet saved, reads as having no values.
   if (set->rowCount() == 0) {
-    set->appendRow(id());
+    RowValues &values = set->appendRow(id());
     for (int c = 0; c < set->columnCount(); ++c)
-      set->appendValue(Variant::null());
+      values.appendNull();
+    values.endRow();
   }
   extras_.push_back(std::move(set));
 }
@@ -76,7 +77,7 @@ RecordObject::Cell RecordObject::locate(const QString &path) {
 QString RecordObject::textOf(const Cell &cell) const {
   const ResultColumn &column = cell.set->column(cell.column);
   const FieldDef &field = column.path.last();
-  const Variant &value = cell.value();
+  const Variant value = cell.value();
   if (field.type != FT::RelationToOne)
     return engine_->display().text(field, value);
   if (value.isNull())

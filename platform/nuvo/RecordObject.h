@@ -43,7 +43,7 @@ private:
     const RecordSet *set;
     int row;
     int column;
-    const Variant &value() const { return set->value(row, column); }
+    Variant value() const { return set->value(row, column); }
   };
 
   Cell locate(const QString &path);

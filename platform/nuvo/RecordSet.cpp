@@ -39,9 +39,11 @@ int RecordSet::addColumn(ResultColumn column) {
   return index;
 }
 
-void RecordSet::reserveRows(int rows) {
-  ids_.reserve(std::size_t(rows));
-  values_.reserve(std::size_t(rows) * columns_.size());
+RowValues &RecordSet::appendRow(int id) {
+  if (!values_)
+    values_ = std::make_unique<RowValues>(columnCount());
+  ids_.push_back(id);
+  return *values_;
 }
 
 } // namespace kordel::nuvo

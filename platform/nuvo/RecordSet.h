@@ -1,12 +1,14 @@
 #pragma once
 
 #include "nuvo/FieldPath.h"
+#include "nuvo/RowValues.h"
 #include "nuvo/ValueCodec.h"
 
 #include "core/Variant.h"
 
 #include <QHash>
 
+#include <memory>
 #include <vector>
 
 namespace kordel::nuvo {
@@ -21,8 +23,10 @@ struct ResultColumn {
   std::vector<int> descriptionColumns;
 };
 
-// The rows of one query, shared by the records made from it: the ids, and
-// the values of every column row by row.
+// The rows of one query, shared by the records made from it: the ids in
+// memory, and the values of every column row by row in their compact form
+// (RowValues), which leaves memory for a temporary file when the result is
+// large.
 class RecordSet {
 public:
   explicit RecordSet(const ClassDef &cls) : class_(cls) {}
@@ -33,9 +37,7 @@ public:
   int id(int row) const { return ids_[std::size_t(row)]; }
   const std::vector<int> &ids() const { return ids_; }
   const ResultColumn &column(int index) const { return columns_[std::size_t(index)]; }
-  const Variant &value(int row, int column) const {
-    return values_[std::size_t(row) * columns_.size() + std::size_t(column)];
-  }
+  Variant value(int row, int column) const { return values_->value(row, column); }
 
   // The column of a path as it was given or by its internal form without
   // regard to case; -1 when the query did not fetch it.
@@ -46,10 +48,9 @@ public:
   // Building.
   int addColumn(ResultColumn column);
   ResultColumn &mutableColumn(int index) { return columns_[std::size_t(index)]; }
-  void reserveRows(int rows);
-  // A row: its id, then one value per column, in order.
-  void appendRow(int id) { ids_.push_back(id); }
-  void appendValue(Variant value) { values_.push_back(std::move(value)); }
+  // A row: its id here, then one value per column, in order, and endRow
+  // on the values returned. Columns are added before the first row.
+  RowValues &appendRow(int id);
 
 private:
   const ClassDef &class_;
@@ -60,7 +61,7 @@ private:
   // same strings again, which are found here by their shared text alone.
   mutable std::vector<std::pair<QString, int>> recent_;
   std::vector<int> ids_;
-  std::vector<Variant> values_;
+  std::unique_ptr<RowValues> values_;
 };
 
 } // namespace kordel::nuvo

@@ -1,5 +1,7 @@
 #include "nuvo/ValueCodec.h"
 
+#include "nuvo/RowValues.h"
+
 #include "hostapi/FieldTypes.h"
 
 #include "core/Error.h"
@@ -104,20 +106,27 @@ Storage storageOf(const FieldDef &field) {
   }
 }
 
-Variant decodeValue(Storage storage, const QVariant &stored) {
-  if (stored.isNull())
-    return Variant::null();
-  switch (storage) {
-  case Storage::Integer: return Variant(int(stored.toLongLong()));
-  case Storage::Boolean: return Variant(stored.toLongLong() != 0);
-  case Storage::Real: return Variant(stored.toDouble());
-  case Storage::Scaled: return Variant(Currency{stored.toLongLong()});
-  case Storage::Text: return Variant(stored.toString());
-  case Storage::Date:
-  case Storage::DateTime: return parseStoredDate(stored.toString());
-  case Storage::Time: return parseStoredTime(stored.toString());
+void appendDecoded(RowValues &row, Storage storage, const QVariant &stored) {
+  if (stored.isNull()) {
+    row.appendNull();
+    return;
   }
-  return Variant::null();
+  switch (storage) {
+  case Storage::Integer: row.appendLong(std::int32_t(stored.toLongLong())); return;
+  case Storage::Boolean: row.appendBoolean(stored.toLongLong() != 0); return;
+  case Storage::Real: row.appendDouble(stored.toDouble()); return;
+  case Storage::Scaled: row.appendCurrency(Currency{stored.toLongLong()}); return;
+  case Storage::Text:
+    if (stored.userType() == QMetaType::QString)
+      row.appendText(*static_cast<const QString *>(stored.constData()));
+    else
+      row.appendText(stored.toString());
+    return;
+  case Storage::Date:
+  case Storage::DateTime: row.append(parseStoredDate(stored.toString())); return;
+  case Storage::Time: row.append(parseStoredTime(stored.toString())); return;
+  }
+  row.appendNull();
 }
 
 QVariant encodeValue(const FieldDef &field, const Variant &value) {

@@ -23,9 +23,11 @@ enum class Storage {
 // The storage of a field's values; a formula's follows its data type.
 Storage storageOf(const FieldDef &field);
 
-// A stored value as the engine gives it: Long, Boolean, Double, Currency,
-// String or Date; Null for SQL NULL.
-Variant decodeValue(Storage storage, const QVariant &stored);
+class RowValues;
+
+// A stored value appended to a row as the engine gives it: Long, Boolean,
+// Double, Currency, String or Date; Null for SQL NULL.
+void appendDecoded(RowValues &row, Storage storage, const QVariant &stored);
 
 // A value in a field's stored form, for writes and comparisons. Empty and
 // Null give NULL. Raises 13 for a value of the wrong kind and 5 for a text

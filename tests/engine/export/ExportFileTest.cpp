@@ -14,6 +14,7 @@
 #include "engine/export/XlsExporter.h"
 
 #include "support/ErrorCapture.h"
+#include "support/FileSizeLimit.h"
 #include "support/TempDir.h"
 
 #include <QDir>
@@ -30,6 +31,7 @@
 
 using namespace kordel;
 using namespace kordel::engine;
+using kordel::test::FileSizeLimit;
 using kordel::test::TempDir;
 
 namespace {
@@ -56,33 +58,6 @@ const Exporter kExporters[] = {
 QStringList entriesOf(const QString &folder) {
   return QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot, QDir::Name);
 }
-
-// While it lives, files this process writes stop growing at a few bytes:
-// a write that reaches the limit is cut short, and the next one fails with
-// the system's "File too large", as a write to a full disk fails with "No
-// space left on device".
-class FileSizeLimit {
-public:
-  explicit FileSizeLimit(rlim_t bytes) : previousSignal_(std::signal(SIGXFSZ, SIG_IGN)) {
-    getrlimit(RLIMIT_FSIZE, &previous_);
-    rlimit limited = previous_;
-    limited.rlim_cur = bytes;
-    active_ = setrlimit(RLIMIT_FSIZE, &limited) == 0;
-  }
-  ~FileSizeLimit() {
-    setrlimit(RLIMIT_FSIZE, &previous_);
-    std::signal(SIGXFSZ, previousSignal_);
-  }
-  FileSizeLimit(const FileSizeLimit &) = delete;
-  FileSizeLimit &operator=(const FileSizeLimit &) = delete;
-
-  bool active() const { return active_; }
-
-private:
-  rlimit previous_{};
-  void (*previousSignal_)(int);
-  bool active_ = false;
-};
 
 class ExportTargets : public ::testing::Test {
 protected:
