@@ -81,6 +81,8 @@ public:
   // Exports the pages by the file's extension (pdf, xls, html, htm, rtf,
   // txt, tiff, in any case); false for any other extension.
   bool ExportReport(const QString &fileName, const Variant &pages);
+  // The exporter's class for the file's extension; nullptr for none.
+  static const char *ExportProgIdFor(const QString &fileName);
 
   // The class the report is built on; "" when it has none yet.
   const QString &ReportClass() const { return reportClass_; }

@@ -133,6 +133,9 @@ void CustomReport::RunReport(int mode, const std::shared_ptr<Report> &report,
       const QString file = context->getProperty(QStringLiteral("sysprop__exportfile"), QString()).toString();
       if (file.isEmpty())
         break;
+      // The PDF is written while the run makes the pages.
+      if (ExportProgIdFor(file) == hostapi::kPdfExportProgId)
+        layout->set(QStringLiteral("ExportAhead"), QStringLiteral("PDF"));
       layout->invoke(QStringLiteral("Run"), {false});
       result = ExportReport(file, layout->get(QStringLiteral("Pages")));
       break;
@@ -147,13 +150,17 @@ void CustomReport::RunReport(int mode, const std::shared_ptr<Report> &report,
   }
 }
 
-bool CustomReport::ExportReport(const QString &fileName, const Variant &pages) {
-  const auto tools = HostTools();
-  const QString extension = tools->fileExtension(fileName).toLower();
-  const char *progId = nullptr;
+const char *CustomReport::ExportProgIdFor(const QString &fileName) {
+  const QString extension = HostTools()->fileExtension(fileName).toLower();
   for (const hostapi::ExportType &type : hostapi::kExportTypes)
     if (extension == QLatin1String(type.extension))
-      progId = type.progId;
+      return type.progId;
+  return nullptr;
+}
+
+bool CustomReport::ExportReport(const QString &fileName, const Variant &pages) {
+  const auto tools = HostTools();
+  const char *progId = ExportProgIdFor(fileName);
   if (!progId)
     return false;
   const ObjectRef exporter = CreateObject(QString::fromLatin1(progId));

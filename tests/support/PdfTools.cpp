@@ -80,4 +80,30 @@ std::vector<PdfFont> pdfFonts(const QString &path) {
   return fonts;
 }
 
+void expectSoundPdfStructure(const QString &path) {
+  const QString qpdf = QStandardPaths::findExecutable(QStringLiteral("qpdf"));
+  if (qpdf.isEmpty())
+    return;
+  QProcess check;
+  check.start(qpdf, {QStringLiteral("--check"), path});
+  ASSERT_TRUE(check.waitForFinished(60000));
+  EXPECT_EQ(check.exitCode(), 0) << check.readAllStandardOutput().toStdString()
+                                 << check.readAllStandardError().toStdString();
+}
+
+QImage renderedPdfPage(const QString &path, int page, int dotsPerInch, const QString &folder) {
+  const QString pdftoppm = QStandardPaths::findExecutable(QStringLiteral("pdftoppm"));
+  if (pdftoppm.isEmpty())
+    return {};
+  const QString base = folder + QStringLiteral("/rendered-%1").arg(page);
+  const QString number = QString::number(page);
+  QProcess render;
+  render.start(pdftoppm,
+               {QStringLiteral("-r"), QString::number(dotsPerInch), QStringLiteral("-f"), number, QStringLiteral("-l"),
+                number, QStringLiteral("-png"), QStringLiteral("-singlefile"), path, base});
+  if (!render.waitForFinished(60000) || render.exitCode() != 0)
+    return {};
+  return QImage(base + QStringLiteral(".png")).convertToFormat(QImage::Format_RGB32);
+}
+
 } // namespace kordel::test

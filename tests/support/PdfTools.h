@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QImage>
 #include <QSizeF>
 #include <QString>
 #include <QStringList>
@@ -28,5 +29,13 @@ struct PdfFont {
   bool embedded = false;
 };
 std::vector<PdfFont> pdfFonts(const QString &path);
+
+// Whether qpdf finds the file's structure and streams sound, as a test
+// expectation; no check where qpdf is not installed.
+void expectSoundPdfStructure(const QString &path);
+// A page of the file, counted from 1, rendered by pdftoppm at that many
+// dots per inch into the folder; a null image when that failed or
+// pdftoppm is not installed.
+QImage renderedPdfPage(const QString &path, int page, int dotsPerInch, const QString &folder);
 
 } // namespace kordel::test

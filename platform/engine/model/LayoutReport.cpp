@@ -5,6 +5,7 @@
 #include "engine/model/Section.h"
 #include "engine/render/PageDocument.h"
 #include "engine/render/PagesObject.h"
+#include "engine/export/pdf/PdfPrewriter.h"
 #include "engine/run/ReportRun.h"
 
 #include "script/ScriptEngine.h"
@@ -168,7 +169,12 @@ QString LayoutReport::uniqueControlName(const QString &stem) const {
   return stem + QString::number(number);
 }
 
-void LayoutReport::run() { runOntoNewPages(); }
+void LayoutReport::run() {
+  auto pages = std::make_shared<PageDocument>();
+  if (exportAhead.compare(QLatin1String("PDF"), Qt::CaseInsensitive) == 0)
+    pages->setPagesAhead(std::make_shared<pdf::PdfPrewriter>());
+  runOnto(std::move(pages), true, true);
+}
 
 void LayoutReport::refuseWhileHeld(const QString &what) const {
   if (runHolds_ > 0)
@@ -215,6 +221,9 @@ const MemberTable &LayoutReport::layoutMemberTable() {
           [](R &r, const Variant &v) { r.documentName = v.toString(); }),
       property<R>(
           "Caption", [](R &r) { return r.caption; }, [](R &r, const Variant &v) { r.caption = v.toString(); }),
+      property<R>(
+          "ExportAhead", [](R &r) { return r.exportAhead; },
+          [](R &r, const Variant &v) { r.exportAhead = v.toString(); }),
       // The object that answers the run's events; held weakly, see eventSink.
       fullRightsToSet(property<R>(
           "EventSink", [](R &r) { return Variant(r.eventSink()); },

@@ -74,7 +74,7 @@ private:
 // the band's width, paper and margins, and the unbound fields and named
 // script objects of a run. Late-bound as the report object scripts see as
 // "rpt": Sections, Fields, Printer, PageSettings, ScriptLanguage, Script,
-// PrintWidth, Detail, documentName, Caption, AddNamedItem(name, object),
+// PrintWidth, Detail, documentName, Caption, ExportAhead, AddNamedItem(name, object),
 // LoadLayout(bytes) and SaveLayout(path, format, out) (format/LayoutFormat.h);
 // for printing and the preview PrintReport(prompt), Show(modal), Close,
 // WindowState, Left, Top, Width and Height (LayoutReportOutput.cpp).
@@ -97,6 +97,11 @@ public:
   float printWidth = 9360; // 6.5 inches
   QString documentName;
   QString caption;
+  // The export the pages of the next Run go to, when the caller knows it:
+  // "PDF" has the run write the PDF while it makes the pages, on a second
+  // thread (PdfPrewriter), so that the export after it is quick. Any other
+  // value, the empty one included, has the run write nothing ahead.
+  QString exportAhead;
 
   // Objects the report's scripts see by name, in the order given.
   void addNamedItem(const QString &name, const ObjectRef &object);

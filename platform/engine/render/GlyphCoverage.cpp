@@ -50,10 +50,12 @@ QString codePoint(char32_t c) {
 
 } // namespace
 
-GlyphCoverage::GlyphCoverage(const PageDocument &document)
-    : document_(document), ownFonts_(std::size_t(document.fontCount())) {}
+GlyphCoverage::GlyphCoverage(const PageDocument &document) : document_(document) {}
 
+// The document may gain fonts while its pages are scanned.
 const QRawFont &GlyphCoverage::ownFont(int font) {
+  if (ownFonts_.size() < std::size_t(document_.fontCount()))
+    ownFonts_.resize(std::size_t(document_.fontCount()));
   std::optional<QRawFont> &raw = ownFonts_.at(std::size_t(font));
   if (!raw)
     raw = QRawFont::fromFont(document_.font(font).toQFont());
@@ -72,41 +74,43 @@ QString GlyphCoverage::familyFor(int font, char32_t c) {
 }
 
 void GlyphCoverage::scan(int firstPage, int lastPage) {
-  QSet<char32_t> missing(missing_.cbegin(), missing_.cend());
+  for (int index = firstPage; index <= lastPage; ++index)
+    scanPage(document_.page(index));
+}
+
+void GlyphCoverage::scanPage(const Page &page) {
   // Most characters are below U+0800 and in their run's own font: that
   // answer is kept by font in a table, so that most text is only looked
   // at, not asked about.
-  std::vector<std::vector<bool>> ownShows(std::size_t(document_.fontCount()));
-  for (int index = firstPage; index <= lastPage; ++index) {
-    const Page page = document_.page(index);
-    for (const PageItem &item : page.items()) {
-      const auto *run = std::get_if<TextRun>(&item);
-      if (!run)
+  if (ownShows_.size() < std::size_t(document_.fontCount()))
+    ownShows_.resize(std::size_t(document_.fontCount()));
+  for (const PageItem &item : page.items()) {
+    const auto *run = std::get_if<TextRun>(&item);
+    if (!run)
+      continue;
+    const QString text = page.text(*run);
+    const QString &own = document_.font(run->font).family;
+    std::vector<bool> &frequent = ownShows_.at(std::size_t(run->font));
+    if (frequent.empty())
+      frequent.resize(kFrequentCharacters);
+    for (qsizetype i = 0; i < text.size(); ++i) {
+      char32_t c = text[i].unicode();
+      if (QChar::isHighSurrogate(c) && i + 1 < text.size() && text[i + 1].isLowSurrogate())
+        c = QChar::surrogateToUcs4(text[i], text[++i]);
+      if (c < kFrequentCharacters && frequent[c])
         continue;
-      const QString text = page.text(*run);
-      const QString &own = document_.font(run->font).family;
-      std::vector<bool> &frequent = ownShows.at(std::size_t(run->font));
-      if (frequent.empty())
-        frequent.resize(kFrequentCharacters);
-      for (qsizetype i = 0; i < text.size(); ++i) {
-        char32_t c = text[i].unicode();
-        if (QChar::isHighSurrogate(c) && i + 1 < text.size() && text[i + 1].isLowSurrogate())
-          c = QChar::surrogateToUcs4(text[i], text[++i]);
-        if (c < kFrequentCharacters && frequent[c])
-          continue;
-        const QString family = familyFor(run->font, c);
-        if (family.isEmpty()) {
-          ++missingCount_;
-          if (!missing.contains(c)) {
-            missing.insert(c);
-            missing_.append(c);
-          }
-        } else if (family != own) {
-          if (!fallbacksUsed_[run->font].contains(family))
-            fallbacksUsed_[run->font].append(family);
-        } else if (c < kFrequentCharacters) {
-          frequent[c] = true;
+      const QString family = familyFor(run->font, c);
+      if (family.isEmpty()) {
+        ++missingCount_;
+        if (!missingSet_.contains(c)) {
+          missingSet_.insert(c);
+          missing_.append(c);
         }
+      } else if (family != own) {
+        if (!fallbacksUsed_[run->font].contains(family))
+          fallbacksUsed_[run->font].append(family);
+      } else if (c < kFrequentCharacters) {
+        frequent[c] = true;
       }
     }
   }
@@ -120,6 +124,10 @@ QStringList GlyphCoverage::fallbackFamilies(int font) const {
 void warnOfMissingGlyphs(const PageDocument &document, int firstPage, int lastPage) {
   GlyphCoverage coverage(document);
   coverage.scan(firstPage, lastPage);
+  warnOfMissingGlyphs(coverage, document.title());
+}
+
+void warnOfMissingGlyphs(const GlyphCoverage &coverage, const QString &title) {
   if (coverage.missingCount() == 0)
     return;
   const QList<char32_t> &missing = coverage.missingCharacters();
@@ -128,8 +136,7 @@ void warnOfMissingGlyphs(const PageDocument &document, int firstPage, int lastPa
     named += codePoint(missing[i]);
   if (missing.size() > kCharactersNamed)
     named += QStringLiteral("%1 more").arg(missing.size() - kCharactersNamed);
-  const QString report = document.title().isEmpty() ? QStringLiteral("the report")
-                                                    : QLatin1Char('"') + document.title() + QLatin1Char('"');
+  const QString report = title.isEmpty() ? QStringLiteral("the report") : QLatin1Char('"') + title + QLatin1Char('"');
   qWarning().noquote() << QStringLiteral("%1 character(s) of %2 have no glyph in any installed font and print as "
                                          "empty boxes: %3")
                               .arg(coverage.missingCount())

@@ -5,6 +5,7 @@
 #include <QHash>
 #include <QList>
 #include <QRawFont>
+#include <QSet>
 #include <QStringList>
 
 #include <map>
@@ -30,6 +31,8 @@ public:
   // Goes through the text of the pages from first to last (counted from
   // 0), collecting the fallback families and the missing characters below.
   void scan(int firstPage, int lastPage);
+  // The same for one page, whose fonts are the document's.
+  void scanPage(const Page &page);
   // The families that stood in for the font of that index in the text
   // scanned, in the order of their first use.
   QStringList fallbackFamilies(int font) const;
@@ -45,13 +48,17 @@ private:
   std::vector<std::optional<QRawFont>> ownFonts_; // by font index, loaded on first use
   QHash<QPair<int, char32_t>, QString> fallbacks_;
   std::map<int, QStringList> fallbacksUsed_;
+  std::vector<std::vector<bool>> ownShows_; // by font, for the frequent characters
   int missingCount_ = 0;
   QList<char32_t> missing_;
+  QSet<char32_t> missingSet_;
 };
 
 // Warns once through Qt's warning channel when the text of the pages from
 // first to last has characters that no installed font has: how many, the
 // first few of them and the document's title.
 void warnOfMissingGlyphs(const PageDocument &document, int firstPage, int lastPage);
+// The same for the text a coverage has scanned, of the report of that title.
+void warnOfMissingGlyphs(const GlyphCoverage &coverage, const QString &title);
 
 } // namespace kordel::engine

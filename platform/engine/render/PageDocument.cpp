@@ -134,6 +134,8 @@ void PageDocument::checkReferences(const Page &page) const {
 
 void PageDocument::append(Page page) {
   checkReferences(page);
+  if (pagesAhead_)
+    pagesAhead_->pageAdded(*this, page);
   pages_.append(std::move(page));
   if (pageListener_)
     pageListener_();
@@ -152,19 +154,27 @@ void PageDocument::resolvePageCounts(const std::function<QString(const QString &
     }
 }
 
-Page PageDocument::page(int index) const {
-  checkIndex(index, pageCount(), "page");
-  Page page = pages_.page(index);
+std::vector<PageCountText> PageDocument::resolvedPageCounts(int index) const {
+  std::vector<PageCountText> texts;
   // The counts are added in the order of their pages.
   auto count = std::lower_bound(pageCounts_.cbegin(), pageCounts_.cend(), index,
                                 [](const PendingPageCount &pending, int page) { return pending.page < page; });
   for (; count != pageCounts_.cend() && count->page == index; ++count)
     if (count->resolved)
-      page.addText(count->text.box, count->text.format, count->text.font, count->text.color, count->text.align);
+      texts.push_back(count->text);
+  return texts;
+}
+
+Page PageDocument::page(int index) const {
+  checkIndex(index, pageCount(), "page");
+  Page page = pages_.page(index);
+  for (const PageCountText &count : resolvedPageCounts(index))
+    page.addText(count.box, count.format, count.font, count.color, count.align);
   return page;
 }
 
 void PageDocument::clear() {
+  pagesAhead_.reset();
   pages_.clear();
   pageCounts_.clear();
   pageCounts_.shrink_to_fit();

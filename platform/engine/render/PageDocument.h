@@ -10,6 +10,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <vector>
 
 namespace kordel::engine {
@@ -50,6 +51,17 @@ struct PageCountText {
 struct ControlSource {
   QString name;
   QString format;
+};
+
+class PageDocument;
+
+// Work an export does while the run makes the pages, so that the export
+// that follows the run has less left to do: handed each page as the run
+// adds it, on the run's thread, before the page may leave memory.
+class PagesAhead {
+public:
+  virtual ~PagesAhead() = default;
+  virtual void pageAdded(const PageDocument &document, const Page &page) = 0;
 };
 
 // The pages of one report run with the tables they share: fonts and
@@ -108,6 +120,9 @@ public:
   // pages while they are made; it may raise to stop the run that adds
   // them. None by default.
   void setPageListener(std::function<void()> listener) { pageListener_ = std::move(listener); }
+  // The work done ahead for an export; none by default. Dropped by clear.
+  void setPagesAhead(std::shared_ptr<PagesAhead> ahead) { pagesAhead_ = std::move(ahead); }
+  const std::shared_ptr<PagesAhead> &pagesAhead() const { return pagesAhead_; }
   // A page, counting from 0, with the page counts resolved so far; raises
   // 9 for an index out of range. A page that left memory is read back.
   Page page(int index) const;
@@ -118,6 +133,9 @@ public:
   void addPageCount(int page, PageCountText text);
   // Gives the counts added so far their texts, from their formats.
   void resolvePageCounts(const std::function<QString(const QString &format)> &textFor);
+  // The page's counts resolved so far, in the order added: what page()
+  // adds to the page as it was appended.
+  std::vector<PageCountText> resolvedPageCounts(int index) const;
 
   // Drops the pages and the tables; the title stays.
   void clear();
@@ -137,6 +155,7 @@ private:
   QString title_;
   PageStore pages_;
   std::function<void()> pageListener_;
+  std::shared_ptr<PagesAhead> pagesAhead_;
   std::vector<PendingPageCount> pageCounts_;
   std::vector<PageFont> fonts_;
   QHash<PageFont, int> fontIndex_;

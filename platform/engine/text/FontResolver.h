@@ -41,6 +41,7 @@ public:
 
   // Adds a font; its index, counted from 0 in the order of adding.
   int add(const PageFont &font);
+  int count() const { return int(requested_.size()); }
   // The face that shows c in the font of that index. Raises 9 for an
   // index out of range and 53 when no installed font can be loaded for
   // the font.

@@ -1,12 +1,16 @@
 // Long runs to PDF: a run's pages leave memory as it finishes them and the
 // PDF goes out page by page, so that a run ten times as long peaks at the
-// same memory; page X of Y and a total still come out right.
+// same memory; page X of Y and a total still come out right. A run told
+// that its pages go to a PDF writes it while it runs, and that PDF is the
+// one the usual export writes.
 
 #include "support/PdfTools.h"
 #include "support/Sanitizers.h"
 #include "support/TempDir.h"
 
+#include "engine/export/ExportFile.h"
 #include "engine/export/PdfExporter.h"
+#include "engine/export/pdf/PdfPrewriter.h"
 #include "engine/model/Controls.h"
 #include "engine/model/LayoutReport.h"
 #include "engine/model/Section.h"
@@ -101,14 +105,35 @@ std::shared_ptr<LayoutReport> customerList() {
   return report;
 }
 
-// The run of that many rows and its PDF.
-int runToPdf(int rows, const QString &path) {
+// The customer list run over that many rows.
+std::shared_ptr<LayoutReport> ranList(int rows, const QString &exportAhead = {}) {
   auto report = customerList();
   const auto rowSource = std::make_shared<CountingRows>(report, rows); // the report keeps no hold on it
   report->setEventSink(rowSource);
+  report->exportAhead = exportAhead;
   report->run();
+  return report;
+}
+
+// The run of that many rows and its PDF.
+int runToPdf(int rows, const QString &path) {
+  const auto report = ranList(rows);
   PdfExporter().exportDocument(*report->pages(), path);
   return report->pages()->pageCount();
+}
+
+// Whether the two files show the same pages: the same text, and the first,
+// a middle and the last page drawn alike.
+void expectSamePages(const QString &path, const QString &other, const QString &folder) {
+  const QStringList texts = test::pdfPageTexts(path);
+  ASSERT_GT(texts.size(), 2);
+  EXPECT_EQ(texts, test::pdfPageTexts(other));
+  for (const int page : {1, int(texts.size()) / 2, int(texts.size())}) {
+    const QImage drawn = test::renderedPdfPage(path, page, 50, folder);
+    EXPECT_FALSE(drawn.isNull());
+    EXPECT_TRUE(drawn == test::renderedPdfPage(other, page, 50, folder)) << "page " << page;
+  }
+  test::expectSoundPdfStructure(path);
 }
 
 // The peak memory, in kilobytes, of a child process that runs that many
@@ -158,6 +183,47 @@ TEST(LongRun, TenThousandRowsCountTheirPagesAndAddUpInThePdf) {
   EXPECT_TRUE(texts[0].contains(QStringLiteral("Customer 1\n")) || texts[0].contains(QStringLiteral("Customer 1 ")));
   EXPECT_TRUE(texts.back().contains(QStringLiteral("Customer 10000")));
   EXPECT_TRUE(texts.back().contains(QStringLiteral("50005000"))) << "the sum of 1 to 10,000";
+}
+
+TEST(LongRun, APdfWrittenWhileTheRunGoesOnIsTheUsualOne) {
+  test::TempDir dir;
+  // A second run drops the first one's pages with the PDF written for them.
+  ranList(2000, QStringLiteral("PDF"));
+  const auto report = ranList(3000, QStringLiteral("pdf"));
+  const PageDocument &pages = *report->pages();
+  const auto ahead = std::dynamic_pointer_cast<pdf::PdfPrewriter>(pages.pagesAhead());
+  ASSERT_TRUE(ahead);
+
+  const QString written = dir.file(QStringLiteral("ahead.pdf"));
+  {
+    ExportFile file(written, QStringLiteral("LongRun"));
+    ASSERT_TRUE(ahead->exportTo(pages, file, QStringLiteral("Customers"), QString()));
+    file.commit();
+  }
+  EXPECT_FALSE(ahead->exportTo(
+      pages, *std::make_unique<ExportFile>(dir.file(QStringLiteral("again.pdf")), QStringLiteral("LongRun")), QString(),
+      QString()))
+      << "pages written ahead make one export";
+  // The export finds the PDF written ahead used and writes its own.
+  const QString usual = dir.file(QStringLiteral("usual.pdf"));
+  PdfExporter().exportDocument(pages, usual);
+  expectSamePages(written, usual, dir.path());
+  EXPECT_TRUE(test::pdfPageTexts(written).back().contains(QStringLiteral("Page %1").arg(pages.pageCount())));
+}
+
+TEST(LongRun, ARunThatCannotWriteAheadLeavesTheWholeExportToTheExporter) {
+  test::TempDir dir;
+  const QString usual = dir.file(QStringLiteral("usual.pdf"));
+  runToPdf(1500, usual);
+  const QByteArray temporaryFolder = qgetenv("TMPDIR");
+  qputenv("TMPDIR", dir.file(QStringLiteral("no such folder")).toLocal8Bit());
+  const auto report = ranList(1500, QStringLiteral("PDF"));
+  qputenv("TMPDIR", temporaryFolder);
+  if (temporaryFolder.isEmpty())
+    qunsetenv("TMPDIR");
+  const QString path = dir.file(QStringLiteral("exported.pdf"));
+  PdfExporter().exportDocument(*report->pages(), path);
+  expectSamePages(path, usual, dir.path());
 }
 
 TEST(LongRun, TenTimesTheRowsPeakAtTheSameMemory) {

@@ -188,19 +188,6 @@ TEST_F(PdfExport, EastAsianTextIsShownInAnInstalledFontThatHasItWithoutWarning) 
   EXPECT_TRUE(warnings.aboutGlyphs().isEmpty()) << warnings.aboutGlyphs().join(u'\n').toStdString();
 }
 
-// Whether qpdf finds the file's structure and streams sound; skips the
-// check where qpdf is not installed.
-void expectSoundStructure(const QString &path) {
-  const QString qpdf = QStandardPaths::findExecutable(QStringLiteral("qpdf"));
-  if (qpdf.isEmpty())
-    return;
-  QProcess check;
-  check.start(qpdf, {QStringLiteral("--check"), path});
-  ASSERT_TRUE(check.waitForFinished(60000));
-  EXPECT_EQ(check.exitCode(), 0) << check.readAllStandardOutput().toStdString()
-                                 << check.readAllStandardError().toStdString();
-}
-
 TEST_F(PdfExport, EveryLetterOfTextInAnyScriptComesBackAsWritten) {
   // Ligatures, accents, scripts that join their letters or read right to
   // left, and ideographs that fonts also hold as radicals.
@@ -247,22 +234,7 @@ TEST_F(PdfExport, EveryLetterOfTextInAnyScriptComesBackAsWritten) {
     EXPECT_TRUE(QRegularExpression(QStringLiteral("^[A-Z]{6}\\+")).match(font.name).hasMatch())
         << font.name.toStdString();
   }
-  expectSoundStructure(path);
-}
-
-// The first page of a PDF file rendered at 72 dots per inch, one dot a
-// point; a null image when pdftoppm is not installed.
-QImage renderedFirstPage(const QString &path, const QString &folder) {
-  const QString pdftoppm = QStandardPaths::findExecutable(QStringLiteral("pdftoppm"));
-  if (pdftoppm.isEmpty())
-    return {};
-  const QString base = folder + QStringLiteral("/rendered");
-  QProcess render;
-  render.start(pdftoppm, {QStringLiteral("-r"), QStringLiteral("72"), QStringLiteral("-png"),
-                          QStringLiteral("-singlefile"), path, base});
-  if (!render.waitForFinished(60000) || render.exitCode() != 0)
-    return {};
-  return QImage(base + QStringLiteral(".png")).convertToFormat(QImage::Format_RGB32);
+  test::expectSoundPdfStructure(path);
 }
 
 TEST_F(PdfExport, LinesShapesAndImagesShowInTheirColours) {
@@ -280,7 +252,7 @@ TEST_F(PdfExport, LinesShapesAndImagesShowInTheirColours) {
   document.append(page);
   const QString path = dir_.file(QStringLiteral("shapes.pdf"));
   PdfExporter().exportDocument(document, path);
-  const QImage rendered = renderedFirstPage(path, dir_.path());
+  const QImage rendered = test::renderedPdfPage(path, 1, 72, dir_.path());
   if (rendered.isNull())
     GTEST_SKIP() << "pdftoppm is needed";
   ASSERT_EQ(rendered.size(), QSize(144, 144));

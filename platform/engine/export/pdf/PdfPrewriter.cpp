@@ -1,0 +1,141 @@
+#include "engine/export/pdf/PdfPrewriter.h"
+
+#include "engine/export/ExportFile.h"
+#include "engine/export/pdf/PdfDocumentWriter.h"
+#include "engine/render/GlyphCoverage.h"
+
+#include <QDir>
+
+namespace kordel::engine::pdf {
+
+namespace {
+
+const QString kSource = QStringLiteral("PdfExporter");
+
+// The pages that may wait for the writing thread.
+constexpr std::size_t kWaitingPages = 16;
+
+// The temporary file is made beside this name, which is never written.
+QString aheadTarget() { return QDir::tempPath() + QStringLiteral("/kordel-pdf-ahead.pdf"); }
+
+} // namespace
+
+PdfPrewriter::PdfPrewriter() = default;
+
+PdfPrewriter::~PdfPrewriter() {
+  {
+    const std::lock_guard lock(mutex_);
+    // Pages still waiting are of no use to anyone now.
+    waiting_.clear();
+    ending_ = true;
+  }
+  changed_.notify_all();
+  if (thread_.joinable())
+    thread_.join();
+}
+
+void PdfPrewriter::pageAdded(const PageDocument &document, const Page &page) {
+  ++pagesHanded_;
+  if (failed_)
+    return;
+  if (!file_) {
+    try {
+      file_ = std::make_unique<ExportFile>(aheadTarget(), kSource);
+      writer_ = std::make_unique<PdfDocumentWriter>(*file_, tables_);
+      coverage_ = std::make_unique<GlyphCoverage>(tables_);
+    } catch (...) {
+      // Without a file to write ahead into, the export writes it all.
+      failed_ = true;
+      return;
+    }
+    thread_ = std::thread([this] { writeAhead(); });
+  }
+  Handover handover{page, {}, {}};
+  for (; fontsHanded_ < document.fontCount(); ++fontsHanded_)
+    handover.fonts.push_back(document.font(fontsHanded_));
+  for (; imagesHanded_ < document.imageCount(); ++imagesHanded_)
+    handover.images.push_back(document.image(imagesHanded_));
+  std::unique_lock lock(mutex_);
+  changed_.wait(lock, [this] { return waiting_.size() < kWaitingPages || failed_; });
+  if (failed_)
+    return;
+  waiting_.push_back(std::move(handover));
+  lock.unlock();
+  changed_.notify_all();
+}
+
+void PdfPrewriter::writeAhead() {
+  try {
+    for (;;) {
+      std::unique_lock lock(mutex_);
+      changed_.wait(lock, [this] { return !waiting_.empty() || ending_; });
+      if (waiting_.empty())
+        return;
+      Handover handover = std::move(waiting_.front());
+      waiting_.pop_front();
+      lock.unlock();
+      changed_.notify_all();
+      take(handover);
+    }
+  } catch (...) {
+    // The export writes the document itself and reports what went wrong.
+    const std::lock_guard lock(mutex_);
+    failed_ = true;
+    waiting_.clear();
+    changed_.notify_all();
+  }
+}
+
+void PdfPrewriter::take(const Handover &handover) {
+  for (const PageFont &font : handover.fonts)
+    tables_.internFont(font);
+  for (const QImage &image : handover.images)
+    tables_.internImage(image);
+  writer_->writePageAhead(handover.page);
+  coverage_->scanPage(handover.page);
+}
+
+bool PdfPrewriter::exportTo(const PageDocument &document, ExportFile &target, const QString &title,
+                            const QString &creator) {
+  {
+    const std::lock_guard lock(mutex_);
+    ending_ = true;
+  }
+  changed_.notify_all();
+  if (thread_.joinable())
+    thread_.join();
+  if (used_ || failed_ || !writer_ || pagesHanded_ != document.pageCount() ||
+      writer_->pagesAhead() != document.pageCount())
+    return false;
+  used_ = true;
+
+  // The page counts may use fonts added after the last page.
+  for (int font = tables_.fontCount(); font < document.fontCount(); ++font)
+    tables_.internFont(document.font(font));
+  for (int index = 0; index < document.pageCount(); ++index) {
+    const std::vector<PageCountText> counts = document.resolvedPageCounts(index);
+    if (!counts.empty()) {
+      Page countsOnly;
+      for (const PageCountText &count : counts)
+        countsOnly.addText(count.box, count.format, count.font, count.color, count.align);
+      coverage_->scanPage(countsOnly);
+    }
+    writer_->completePage(index, counts);
+  }
+  writer_->finish(title, creator);
+  warnOfMissingGlyphs(*coverage_, document.title());
+
+  if (!file_->seek(0))
+    target.fail(QStringLiteral("the PDF written ahead could not be read"));
+  while (!file_->atEnd()) {
+    const QByteArray part = file_->read(1 << 20);
+    if (part.isEmpty())
+      target.fail(QStringLiteral("the PDF written ahead could not be read"));
+    target.writeAll(part);
+  }
+  writer_.reset();
+  file_.reset();
+  return true;
+}
+
+} // namespace kordel::engine::pdf
