@@ -56,7 +56,7 @@ public:
   std::size_t memoryBytes() const { return memory_.capacity(); }
   bool spilled() const { return file_ != nullptr; }
 
-  static constexpr std::size_t kDefaultMemoryBudget = 1u << 20;
+  static constexpr std::size_t kDefaultMemoryBudget = 16u << 20;
 
 private:
   // Row offsets are kept as 32 bits from the start of their group.
