@@ -92,6 +92,7 @@ Records::~Records() = default;
 void Records::OpenRecords(const std::shared_ptr<Page> &page, const std::shared_ptr<hostapi::ReportContext> &context,
                           const std::shared_ptr<hostapi::Pool> &parentPool) {
   recordIndex_ = 0;
+  lastRecord_.reset();
   context_ = context;
   page_ = page;
   parentPool_ = parentPool;
@@ -354,7 +355,12 @@ bool Records::EndOfFile() const { return ActiveBuffer().EOF(); }
 std::int32_t Records::RecordCount() const { return ActiveBuffer().RecordCount(); }
 
 std::shared_ptr<hostapi::Record> Records::Record() const {
-  return recordsById_.value(ActiveBuffer().Value(idColumn_).toLong());
+  const int id = ActiveBuffer().Value(idColumn_).toLong();
+  if (!lastRecord_ || id != lastId_) {
+    lastRecord_ = recordsById_.value(id);
+    lastId_ = id;
+  }
+  return lastRecord_;
 }
 
 void Records::MoveFirst() {

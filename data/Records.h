@@ -117,6 +117,10 @@ private:
   QString idField_;
   QString parentLinkField_;
   QHash<int, std::shared_ptr<hostapi::Record>> recordsById_;
+  // The record of the id looked up last: a row's fields are read one
+  // after another.
+  mutable int lastId_ = 0;
+  mutable std::shared_ptr<hostapi::Record> lastRecord_;
   std::vector<std::pair<QString, std::shared_ptr<Records>>> subRecords_; // by page guid, in page order
   std::shared_ptr<hostapi::Pool> resultPool_;
   std::shared_ptr<hostapi::Pool> parentResultPool_;

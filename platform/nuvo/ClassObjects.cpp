@@ -74,7 +74,7 @@ std::shared_ptr<hostapi::Field> FieldsObject::at(int index) const {
 }
 
 std::shared_ptr<hostapi::Field> FieldsObject::lookup(const QString &path, int mode) const {
-  auto resolved = resolvePath(class_, path, mode, engine_->language());
+  auto resolved = engine_->resolved(class_, path, mode);
   if (!resolved)
     return nullptr;
   return std::make_shared<FieldObject>(engine_, std::move(*resolved));

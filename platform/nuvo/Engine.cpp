@@ -107,6 +107,21 @@ const ClassDef &Engine::classNamed(const QString &name) const {
   return *cls;
 }
 
+std::optional<FieldPath> Engine::resolved(const ClassDef &start, const QString &path, int mode) const {
+  // Scripts may ask for any number of paths; the kept ones stay few.
+  constexpr int kMostKept = 4096;
+  auto &paths = resolved_[std::make_pair(&start, mode)];
+  const auto known = paths.constFind(path);
+  if (known != paths.constEnd())
+    return *known;
+  if (++resolvedCount_ > kMostKept) {
+    resolved_.clear();
+    resolvedCount_ = 1;
+    return *resolved_[std::make_pair(&start, mode)].insert(path, resolvePath(start, path, mode, language_));
+  }
+  return *paths.insert(path, resolvePath(start, path, mode, language_));
+}
+
 std::shared_ptr<const RecordSet> Engine::userRecord() {
   if (user_.coworker == 0)
     return nullptr;

@@ -2,12 +2,14 @@
 
 #include "nuvo/Catalog.h"
 #include "nuvo/DisplayFormat.h"
+#include "nuvo/FieldPath.h"
 #include "nuvo/SqlConnection.h"
 
 #include <QHash>
 #include <QString>
 
 #include <memory>
+#include <optional>
 
 namespace kordel::nuvo {
 
@@ -58,6 +60,9 @@ public:
 
   // The class of a name, raising 5 when there is none.
   const ClassDef &classNamed(const QString &name) const;
+  // resolvePath in the engine's language, kept: a report run resolves the
+  // same few paths for every record.
+  std::optional<FieldPath> resolved(const ClassDef &start, const QString &path, int mode) const;
 
   // The values of the user's own coworker record, read once; nullptr for a
   // user without one.
@@ -77,6 +82,8 @@ private:
   UserInfo user_;
   QHash<int, int> access_; // policy -> mask of the user
   std::shared_ptr<const RecordSet> userRecord_;
+  mutable QHash<std::pair<const ClassDef *, int>, QHash<QString, std::optional<FieldPath>>> resolved_;
+  mutable int resolvedCount_ = 0;
   std::unique_ptr<PoolTables> poolTables_;
   std::unique_ptr<RecordEvaluator> evaluator_;
 };

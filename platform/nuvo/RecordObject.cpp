@@ -52,7 +52,7 @@ RecordObject::Cell RecordObject::locate(const QString &path) {
     if ((column = extra->columnOf(path)) >= 0)
       return {extra.get(), 0, column};
 
-  const auto resolved = resolvePath(definition(), path, hostapi::LookupMode::Either, engine_->language());
+  const auto resolved = engine_->resolved(definition(), path, hostapi::LookupMode::Either);
   if (!resolved)
     raiseError(ErrorNumber::InvalidCall, kSource,
                QStringLiteral("The class '%1' has no field path '%2'").arg(definition().name, path));
@@ -98,7 +98,7 @@ Variant RecordObject::value(const QString &path) { return locate(path).value(); 
 QString RecordObject::text(const QString &path) { return textOf(locate(path)); }
 
 std::shared_ptr<hostapi::Field> RecordObject::field(const QString &path) {
-  auto resolved = resolvePath(definition(), path, hostapi::LookupMode::Either, engine_->language());
+  auto resolved = engine_->resolved(definition(), path, hostapi::LookupMode::Either);
   if (!resolved)
     raiseError(ErrorNumber::InvalidCall, kSource,
                QStringLiteral("The class '%1' has no field path '%2'").arg(definition().name, path));

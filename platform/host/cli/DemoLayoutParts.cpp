@@ -119,8 +119,8 @@ void addPrintDate(engine::Section &section, float top, float right) {
 }
 
 void addPageXOfY(engine::Section &section, float top, float right) {
-  // Page [number] of [count], the numbers wide enough for three digits.
-  constexpr float word = 500, of = 260, number = 400;
+  // Page [number] of [count], the numbers wide enough for five digits.
+  constexpr float word = 500, of = 260, number = 640;
   float left = right - (word + number + of + number);
   addLabel(section, QStringLiteral("Page"), left, top, word).alignment = engine::Alignment::Right;
   left += word;

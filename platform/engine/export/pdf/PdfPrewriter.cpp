@@ -12,8 +12,11 @@ namespace {
 
 const QString kSource = QStringLiteral("PdfExporter");
 
-// The pages that may wait for the writing thread.
-constexpr std::size_t kWaitingPages = 16;
+// The pages that may wait for the writing thread, and how many it takes
+// at a time: waking a thread costs the time of writing a page, so the run
+// wakes the writing thread once for a batch of pages, not for each.
+constexpr std::size_t kWaitingPages = 32;
+constexpr std::size_t kBatchPages = 8;
 
 // The temporary file is made beside this name, which is never written.
 QString aheadTarget() { return QDir::tempPath() + QStringLiteral("/kordel-pdf-ahead.pdf"); }
@@ -56,26 +59,36 @@ void PdfPrewriter::pageAdded(const PageDocument &document, const Page &page) {
   for (; imagesHanded_ < document.imageCount(); ++imagesHanded_)
     handover.images.push_back(document.image(imagesHanded_));
   std::unique_lock lock(mutex_);
-  changed_.wait(lock, [this] { return waiting_.size() < kWaitingPages || failed_; });
+  if (waiting_.size() >= kWaitingPages) {
+    runWaits_ = true;
+    changed_.wait(lock, [this] { return waiting_.size() < kWaitingPages || failed_; });
+    runWaits_ = false;
+  }
   if (failed_)
     return;
   waiting_.push_back(std::move(handover));
+  const bool batchReady = waiting_.size() == kBatchPages;
   lock.unlock();
-  changed_.notify_all();
+  if (batchReady)
+    changed_.notify_all();
 }
 
 void PdfPrewriter::writeAhead() {
   try {
+    std::deque<Handover> batch;
     for (;;) {
       std::unique_lock lock(mutex_);
-      changed_.wait(lock, [this] { return !waiting_.empty() || ending_; });
+      changed_.wait(lock, [this] { return waiting_.size() >= kBatchPages || ending_; });
       if (waiting_.empty())
         return;
-      Handover handover = std::move(waiting_.front());
-      waiting_.pop_front();
+      batch.swap(waiting_);
+      const bool runWaits = runWaits_;
       lock.unlock();
-      changed_.notify_all();
-      take(handover);
+      if (runWaits)
+        changed_.notify_all();
+      for (const Handover &handover : batch)
+        take(handover);
+      batch.clear();
     }
   } catch (...) {
     // The export writes the document itself and reports what went wrong.

@@ -28,9 +28,10 @@ class PdfDocumentWriter;
 //
 // The run hands over copies of its pages with the fonts and images it
 // added since the page before, in order; the writing thread keeps its own
-// tables of them, with the document's indexes. At most a few pages wait
-// between the two threads: a run faster than the writing waits for it, so
-// that the pages on their way cost little memory. A failure on the writing
+// tables of them, with the document's indexes. The writing thread takes
+// them a few at a time, and at most a few dozen wait between the two
+// threads: a run faster than the writing waits for it, so that the pages
+// on their way cost little memory. A failure on the writing
 // thread (a full disk) ends the writing ahead, and the export goes the
 // usual road, which meets the failure again and reports it.
 class PdfPrewriter : public PagesAhead {
@@ -71,6 +72,7 @@ private:
   std::condition_variable changed_;
   std::deque<Handover> waiting_;
   bool ending_ = false;
+  bool runWaits_ = false; // the run waits for room among the waiting pages
   std::atomic<bool> failed_ = false;
   std::thread thread_;
 
