@@ -22,6 +22,8 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
+
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -37,6 +39,12 @@ class CountingRows : public Object {
 public:
   CountingRows(std::shared_ptr<LayoutReport> report, int rows) : report_(std::move(report)), rows_(rows) {}
 
+  // Something done before the row of that number is fetched.
+  void beforeRow(int row, std::function<void()> action) {
+    actionRow_ = row;
+    action_ = std::move(action);
+  }
+
 protected:
   const MemberTable &memberTable() const override {
     static const MemberTable table{{
@@ -51,6 +59,8 @@ protected:
                                if (s.next_ >= s.rows_)
                                  return Variant();
                                const int n = ++s.next_;
+                               if (n == s.actionRow_)
+                                 s.action_();
                                const auto &fields = *s.report_->fields();
                                fields.item(Variant(0))->value = Variant(n);
                                fields.item(Variant(1))->value = QStringLiteral("Customer %1").arg(n);
@@ -66,6 +76,8 @@ private:
   std::shared_ptr<LayoutReport> report_;
   int rows_;
   int next_ = 0;
+  int actionRow_ = 0;
+  std::function<void()> action_;
 };
 
 std::shared_ptr<Field> addField(Section &section, const QString &dataField, float left, float width) {
@@ -209,6 +221,34 @@ TEST(LongRun, APdfWrittenWhileTheRunGoesOnIsTheUsualOne) {
   PdfExporter().exportDocument(pages, usual);
   expectSamePages(written, usual, dir.path());
   EXPECT_TRUE(test::pdfPageTexts(written).back().contains(QStringLiteral("Page %1").arg(pages.pageCount())));
+}
+
+TEST(LongRun, AnExportWhileTheRunGoesOnLeavesTheRestOfTheRunToTheUsualRoad) {
+  test::TempDir dir;
+  auto report = customerList();
+  const auto rowSource = std::make_shared<CountingRows>(report, 10000);
+  const QString early = dir.file(QStringLiteral("early.pdf"));
+  int earlyPages = 0;
+  rowSource->beforeRow(1000, [&] {
+    const PageDocument &pages = *report->pages();
+    earlyPages = pages.pageCount();
+    const auto ahead = std::dynamic_pointer_cast<pdf::PdfPrewriter>(pages.pagesAhead());
+    ASSERT_TRUE(ahead);
+    ExportFile file(early, QStringLiteral("LongRun"));
+    EXPECT_TRUE(ahead->exportTo(pages, file, QString(), QString()));
+    file.commit();
+  });
+  report->setEventSink(rowSource);
+  report->exportAhead = QStringLiteral("PDF");
+  report->run(); // more pages than may wait for the writing thread follow
+  ASSERT_GT(earlyPages, 0);
+  EXPECT_EQ(test::pdfPageTexts(early).size(), earlyPages);
+
+  const QString path = dir.file(QStringLiteral("whole.pdf"));
+  PdfExporter().exportDocument(*report->pages(), path);
+  const QStringList texts = test::pdfPageTexts(path);
+  ASSERT_EQ(texts.size(), report->pages()->pageCount());
+  EXPECT_TRUE(texts.back().contains(QStringLiteral("Customer 10000")));
 }
 
 TEST(LongRun, ARunThatCannotWriteAheadLeavesTheWholeExportToTheExporter) {

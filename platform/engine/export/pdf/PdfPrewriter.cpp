@@ -6,6 +6,8 @@
 
 #include <QDir>
 
+#include <vector>
+
 namespace kordel::engine::pdf {
 
 namespace {
@@ -39,7 +41,9 @@ PdfPrewriter::~PdfPrewriter() {
 
 void PdfPrewriter::pageAdded(const PageDocument &document, const Page &page) {
   ++pagesHanded_;
-  if (failed_)
+  // After an export of the pages so far (a script that exports while its
+  // run goes on), the rest of the run writes nothing ahead.
+  if (failed_ || used_)
     return;
   if (!file_) {
     try {
@@ -61,10 +65,10 @@ void PdfPrewriter::pageAdded(const PageDocument &document, const Page &page) {
   std::unique_lock lock(mutex_);
   if (waiting_.size() >= kWaitingPages) {
     runWaits_ = true;
-    changed_.wait(lock, [this] { return waiting_.size() < kWaitingPages || failed_; });
+    changed_.wait(lock, [this] { return waiting_.size() < kWaitingPages || failed_ || ending_; });
     runWaits_ = false;
   }
-  if (failed_)
+  if (failed_ || ending_)
     return;
   waiting_.push_back(std::move(handover));
   const bool batchReady = waiting_.size() == kBatchPages;
@@ -117,10 +121,13 @@ bool PdfPrewriter::exportTo(const PageDocument &document, ExportFile &target, co
   changed_.notify_all();
   if (thread_.joinable())
     thread_.join();
-  if (used_ || failed_ || !writer_ || pagesHanded_ != document.pageCount() ||
-      writer_->pagesAhead() != document.pageCount())
-    return false;
+  // The pages written ahead make one export, or none when they are not
+  // all the document's.
+  const bool usable = !used_ && !failed_ && writer_ && pagesHanded_ == document.pageCount() &&
+                      writer_->pagesAhead() == document.pageCount();
   used_ = true;
+  if (!usable)
+    return false;
 
   // The page counts may use fonts added after the last page.
   for (int font = tables_.fontCount(); font < document.fontCount(); ++font)
@@ -140,11 +147,12 @@ bool PdfPrewriter::exportTo(const PageDocument &document, ExportFile &target, co
 
   if (!file_->seek(0))
     target.fail(QStringLiteral("the PDF written ahead could not be read"));
+  std::vector<char> part(256 * 1024);
   while (!file_->atEnd()) {
-    const QByteArray part = file_->read(1 << 20);
-    if (part.isEmpty())
+    const qint64 read = file_->read(part.data(), qint64(part.size()));
+    if (read <= 0)
       target.fail(QStringLiteral("the PDF written ahead could not be read"));
-    target.writeAll(part);
+    target.writeAll(QByteArray::fromRawData(part.data(), qsizetype(read)));
   }
   writer_.reset();
   file_.reset();
