@@ -276,7 +276,7 @@ TEST(LongRun, TenTimesTheRowsPeakAtTheSameMemory) {
   ASSERT_GT(large, 0);
   std::printf("[ memory   ] peak of 20,000 rows %ld KB, of 200,000 rows %ld KB\n", small, large);
   // Beyond the pages, what a longer run may fill is bounded: the caches of
-  // shaped lines (4 MB) and a few bytes a band showing.
+  // shaped lines (1 MB) and a few bytes a band showing.
   EXPECT_LT(large - small, 8 * 1024) << "the pages of a long run stay out of memory";
 }
 

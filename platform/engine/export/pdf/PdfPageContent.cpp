@@ -12,7 +12,7 @@ namespace {
 
 // The encoded lines kept, by their approximate bytes: enough for the
 // labels and repeated values of a report, not for every value of a long one.
-constexpr qsizetype kLineCacheBytes = 4 * 1024 * 1024;
+constexpr qsizetype kLineCacheBytes = 1024 * 1024;
 
 // Dashes and dots are sized from a unit of at least one screen pixel at
 // 96 dots per inch, as on the screen, so that thin dashed lines still show
