@@ -110,16 +110,19 @@ const ClassDef &Engine::classNamed(const QString &name) const {
 std::optional<FieldPath> Engine::resolved(const ClassDef &start, const QString &path, int mode) const {
   // Scripts may ask for any number of paths; the kept ones stay few.
   constexpr int kMostKept = 4096;
-  auto &paths = resolved_[std::make_pair(&start, mode)];
-  const auto known = paths.constFind(path);
-  if (known != paths.constEnd())
-    return *known;
-  if (++resolvedCount_ > kMostKept) {
-    resolved_.clear();
-    resolvedCount_ = 1;
-    return *resolved_[std::make_pair(&start, mode)].insert(path, resolvePath(start, path, mode, language_));
+  const auto key = std::make_pair(&start, mode);
+  const auto paths = resolved_.constFind(key);
+  if (paths != resolved_.constEnd()) {
+    const auto known = paths->constFind(path);
+    if (known != paths->constEnd())
+      return *known;
   }
-  return *paths.insert(path, resolvePath(start, path, mode, language_));
+  if (resolvedCount_ >= kMostKept) {
+    resolved_.clear();
+    resolvedCount_ = 0;
+  }
+  ++resolvedCount_;
+  return *resolved_[key].insert(path, resolvePath(start, path, mode, language_));
 }
 
 std::shared_ptr<const RecordSet> Engine::userRecord() {

@@ -168,9 +168,13 @@ std::vector<PageCountText> PageDocument::resolvedPageCounts(int index) const {
 Page PageDocument::page(int index) const {
   checkIndex(index, pageCount(), "page");
   Page page = pages_.page(index);
-  for (const PageCountText &count : resolvedPageCounts(index))
-    page.addText(count.box, count.format, count.font, count.color, count.align);
+  addPageCounts(page, resolvedPageCounts(index));
   return page;
+}
+
+void addPageCounts(Page &page, const std::vector<PageCountText> &counts) {
+  for (const PageCountText &count : counts)
+    page.addText(count.box, count.format, count.font, count.color, count.align);
 }
 
 void PageDocument::clear() {

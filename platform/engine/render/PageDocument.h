@@ -47,6 +47,9 @@ struct PageCountText {
   QString format; // the text itself once resolved
 };
 
+// Adds the texts of the page counts to a page, in order.
+void addPageCounts(Page &page, const std::vector<PageCountText> &counts);
+
 // A control that printed values: its name and its output format.
 struct ControlSource {
   QString name;

@@ -49,8 +49,7 @@ void PdfDocumentWriter::completePage(int index, const std::vector<PageCountText>
   }
   takeNewFonts();
   Page countsOnly(ahead.width, ahead.height);
-  for (const PageCountText &count : counts)
-    countsOnly.addText(count.box, count.format, count.font, count.color, count.align);
+  addPageCounts(countsOnly, counts);
   const int countsObject = file_.reserve();
   file_.writeStream(countsObject, QByteArray(), "q\n" + content_.content(countsOnly) + "Q\n");
   writePageObject(ahead.width, ahead.height, '[' + reference(ahead.content) + ' ' + reference(countsObject) + ']');

@@ -136,8 +136,7 @@ bool PdfPrewriter::exportTo(const PageDocument &document, ExportFile &target, co
     const std::vector<PageCountText> counts = document.resolvedPageCounts(index);
     if (!counts.empty()) {
       Page countsOnly;
-      for (const PageCountText &count : counts)
-        countsOnly.addText(count.box, count.format, count.font, count.color, count.align);
+      addPageCounts(countsOnly, counts);
       coverage_->scanPage(countsOnly);
     }
     writer_->completePage(index, counts);
