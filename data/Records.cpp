@@ -17,6 +17,8 @@
 #include "hostapi/Records.h"
 #include "hostapi/ReportContext.h"
 
+#include <algorithm>
+
 namespace kordel::addin {
 
 namespace {
@@ -102,19 +104,22 @@ void Records::OpenRecords(const std::shared_ptr<Page> &page, const std::shared_p
   BuildView();
   FindSubFilter();
 
-  auto records = create<hostapi::Records>(hostapi::kRecordsProgId);
+  result_ = create<hostapi::Records>(hostapi::kRecordsProgId);
   const auto filter = SourceFilter();
-  records->open(Variant(ObjectRef(page_->Class())), filter, view_, 0);
-  const int count = records->count();
+  result_->open(Variant(ObjectRef(page_->Class())), filter, view_, 0);
+  const int count = result_->count();
+  rowsById_.clear();
+  rowsById_.reserve(std::size_t(count));
   for (int i = 0; i < count; ++i) {
-    const auto record = records->at(i);
-    // An id the engine returns twice gives two rows of one record.
-    if (!recordsById_.contains(record->id()))
-      recordsById_.insert(record->id(), record);
+    const auto record = result_->at(i);
+    rowsById_.emplace_back(record->id(), i);
     buffer_->AddNew();
     CopySortFields(*record, *buffer_);
   }
-  resultPool_ = records->pool();
+  // An id the engine returns twice gives two rows of one record, the
+  // record of its first row: a stable sort keeps that row first.
+  std::stable_sort(rowsById_.begin(), rowsById_.end(), [](const auto &a, const auto &b) { return a.first < b.first; });
+  resultPool_ = result_->pool();
   if (buffer_->RecordCount() > 0) {
     buffer_->SetSort(sortExpression_);
     buffer_->Update();
@@ -320,7 +325,7 @@ void Records::SetParentFilter(const std::shared_ptr<hostapi::Pool> &pool) {
     for (const int parentId : pool->ids()) {
       buffer_->SetFilter(prefix + QString::number(parentId));
       while (!buffer_->EOF()) {
-        const auto record = recordsById_.value(buffer_->Value(idColumn_).toLong());
+        const auto record = RecordOf(buffer_->Value(idColumn_).toLong());
         parentBuffer_->AddNew();
         CopySortFields(*record, *parentBuffer_);
         parentResultPool_->add(record->id());
@@ -357,10 +362,18 @@ std::int32_t Records::RecordCount() const { return ActiveBuffer().RecordCount();
 std::shared_ptr<hostapi::Record> Records::Record() const {
   const int id = ActiveBuffer().Value(idColumn_).toLong();
   if (!lastRecord_ || id != lastId_) {
-    lastRecord_ = recordsById_.value(id);
+    lastRecord_ = RecordOf(id);
     lastId_ = id;
   }
   return lastRecord_;
+}
+
+std::shared_ptr<hostapi::Record> Records::RecordOf(int id) const {
+  const auto at = std::lower_bound(rowsById_.begin(), rowsById_.end(), id,
+                                   [](const std::pair<int, int> &entry, int wanted) { return entry.first < wanted; });
+  if (at == rowsById_.end() || at->first != id)
+    return nullptr;
+  return result_->at(at->second);
 }
 
 void Records::MoveFirst() {

@@ -8,19 +8,22 @@ namespace kordel::nuvo {
 
 PoolObject::PoolObject(const std::vector<int> &ids) {
   ids_.reserve(ids.size());
+  members_.reserve(qsizetype(ids.size()));
   for (int id : ids)
     add(id);
 }
 
 void PoolObject::add(int id) {
-  if (!members_.insert(id).second)
+  const qsizetype before = members_.size();
+  members_.insert(id);
+  if (members_.size() == before)
     return;
   ids_.push_back(id);
   ++revision_;
 }
 
 void PoolObject::remove(int id) {
-  if (members_.erase(id) == 0)
+  if (!members_.remove(id))
     return;
   ids_.erase(std::find(ids_.begin(), ids_.end(), id));
   ++revision_;

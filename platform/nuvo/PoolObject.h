@@ -2,7 +2,8 @@
 
 #include "hostapi/Pool.h"
 
-#include <unordered_set>
+#include <QSet>
+
 #include <vector>
 
 namespace kordel::nuvo {
@@ -17,7 +18,7 @@ public:
 
   void add(int id) override;
   void remove(int id) override;
-  bool contains(int id) const override { return members_.count(id) > 0; }
+  bool contains(int id) const override { return members_.contains(id); }
   int count() const override { return int(ids_.size()); }
   const std::vector<int> &ids() const override { return ids_; }
   void clear() override;
@@ -31,7 +32,7 @@ protected:
 
 private:
   std::vector<int> ids_;
-  std::unordered_set<int> members_;
+  QSet<int> members_; // a fraction of a node-based set's size for many ids
   quint64 revision_ = 0;
 };
 

@@ -64,16 +64,14 @@ void RecordsObject::open(const Variant &classOrName, const std::shared_ptr<hosta
     set->addSpelling(path, column);
   set_ = std::move(set);
   source_ = filter;
-  records_.assign(std::size_t(set_->rowCount()), nullptr);
 }
 
 std::shared_ptr<hostapi::Record> RecordsObject::at(int index) const {
   if (index < 0 || index >= count())
     raiseError(ErrorNumber::SubscriptOutOfRange, kSource);
-  auto &record = records_[std::size_t(index)];
-  if (!record)
-    record = std::make_shared<RecordObject>(engine_, set_, index);
-  return record;
+  // A record is a row number and the shared result, made when asked for:
+  // a report over many rows must not keep an object per row.
+  return std::make_shared<RecordObject>(engine_, set_, index);
 }
 
 std::shared_ptr<hostapi::Pool> RecordsObject::pool() const {

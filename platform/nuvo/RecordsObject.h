@@ -38,7 +38,6 @@ private:
   std::shared_ptr<Engine> engine_;
   std::shared_ptr<const RecordSet> set_;
   std::shared_ptr<hostapi::Filter> source_;
-  mutable std::vector<std::shared_ptr<RecordObject>> records_;
 };
 
 // The default view of a class: each field that has a value of its own.

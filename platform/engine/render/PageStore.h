@@ -39,7 +39,7 @@ public:
   // The memory the pages in memory hold, in bytes.
   std::size_t approximateBytes() const { return memoryBytes_; }
 
-  static constexpr std::size_t kDefaultMemoryBudget = 2u << 20;
+  static constexpr std::size_t kDefaultMemoryBudget = 1u << 19;
 
 private:
   struct Spilled {
