@@ -5,6 +5,7 @@
 #include "engine/export/xls/SheetLayout.h"
 #include "engine/export/xls/Workbook.h"
 #include "engine/export/xls/XlsxWorkbook.h"
+#include "engine/module/EngineModule.h"
 
 #include "core/Error.h"
 #include "engine/export/ExportFile.h"
@@ -46,7 +47,12 @@ void XlsxExporter::exportDocument(const PageDocument &document, const QString &p
   const QString source = QStringLiteral("XlsxExporter");
   const auto sheet = sheetOf(document, layout, source);
   ExportFile file(path, source);
-  xls::writeXlsxWorkbook(document, *sheet, file.fileName(), source);
+  // The workbook writer lives in a module of its own with the libraries it
+  // needs, loaded by the first workbook written.
+  using WriteWorkbook = void (*)(const PageDocument &, const xls::SheetContent &, const QString &, const QString &);
+  const auto write = reinterpret_cast<WriteWorkbook>(
+      engineModuleEntry("libkordel_xlsx.so", "kordel_write_xlsx_workbook", QStringLiteral("workbook writer"), source));
+  write(document, *sheet, file.fileName(), source);
   file.commit();
 }
 

@@ -1,4 +1,4 @@
-#include "engine/print/CupsDestination.h"
+#include "engine/print/CupsQueue.h"
 
 #include "core/Error.h"
 
@@ -13,6 +13,49 @@ constexpr const char *kMediaSource = "media-source";
 // Paper sizes come in hundredths of millimetres.
 int hundredthsOfMmToTwips(int value) { return int(std::lround(value * 1440.0 / 2540.0)); }
 
+// The queue's saved options with the job's own on top. Owns the list.
+class JobOptions {
+public:
+  explicit JobOptions(const cups_dest_t &dest) {
+    for (int i = 0; i < dest.num_options; ++i)
+      add(dest.options[i].name, dest.options[i].value);
+  }
+  ~JobOptions() { cupsFreeOptions(count_, options_); }
+  JobOptions(const JobOptions &) = delete;
+  JobOptions &operator=(const JobOptions &) = delete;
+
+  void add(const char *name, const char *value) { count_ = cupsAddOption(name, value, count_, &options_); }
+  int count() const { return count_; }
+  cups_option_t *options() const { return options_; }
+
+private:
+  int count_ = 0;
+  cups_option_t *options_ = nullptr;
+};
+
+class CupsPrintSystem : public PrintSystem {
+public:
+  std::vector<SystemPrinter> queues() const override {
+    // Without a scheduler the connection fails at once (the local socket
+    // or port refuses it) and the list is empty.
+    cups_dest_t *dests = nullptr;
+    const int found = cupsGetDests2(CUPS_HTTP_DEFAULT, &dests);
+    std::vector<SystemPrinter> printers;
+    for (int i = 0; i < found; ++i) {
+      QString name = QString::fromUtf8(dests[i].name);
+      if (dests[i].instance)
+        name += u'/' + QString::fromUtf8(dests[i].instance);
+      printers.push_back({name, dests[i].is_default != 0});
+    }
+    cupsFreeDests(found, dests);
+    return printers;
+  }
+
+  std::unique_ptr<PrintQueue> queue(const QString &name, const QString &source) const override {
+    return std::make_unique<CupsQueue>(name, source);
+  }
+};
+
 } // namespace
 
 QString lastCupsError() {
@@ -20,7 +63,7 @@ QString lastCupsError() {
   return text && *text ? QString::fromUtf8(text) : QStringLiteral("no reason given");
 }
 
-CupsDestination::CupsDestination(const QString &queue, const QString &source) {
+CupsQueue::CupsQueue(const QString &queue, const QString &source) {
   const qsizetype slash = queue.indexOf(u'/');
   const QByteArray name = (slash < 0 ? queue : queue.left(slash)).toUtf8();
   const QByteArray instance = slash < 0 ? QByteArray() : queue.mid(slash + 1).toUtf8();
@@ -35,19 +78,19 @@ CupsDestination::CupsDestination(const QString &queue, const QString &source) {
   }
 }
 
-CupsDestination::~CupsDestination() {
+CupsQueue::~CupsQueue() {
   if (info_)
     cupsFreeDestInfo(info_);
   cupsFreeDests(1, dest_);
 }
 
-cups_dinfo_t *CupsDestination::info() const {
+cups_dinfo_t *CupsQueue::info() const {
   if (!info_)
     info_ = cupsCopyDestInfo(CUPS_HTTP_DEFAULT, dest_);
   return info_;
 }
 
-QStringList CupsDestination::mediaSources() const {
+QStringList CupsQueue::mediaSources() const {
   QStringList sources;
   if (!info())
     return sources;
@@ -59,7 +102,7 @@ QStringList CupsDestination::mediaSources() const {
   return sources;
 }
 
-QString CupsDestination::mediaSourceName(const QString &keyword) const {
+QString CupsQueue::mediaSourceName(const QString &keyword) const {
   if (!info())
     return keyword;
   // Without a translation the keyword itself comes back, so it must live
@@ -69,18 +112,33 @@ QString CupsDestination::mediaSourceName(const QString &keyword) const {
   return name && *name ? QString::fromUtf8(name) : keyword;
 }
 
-std::vector<std::pair<int, QString>> CupsDestination::paperBins() const {
+std::vector<std::pair<int, QString>> CupsQueue::paperBins() const {
   std::vector<std::pair<int, QString>> bins;
   for (const QString &keyword : mediaSources())
     bins.emplace_back(int(bins.size()) + 1, mediaSourceName(keyword));
   return bins;
 }
 
-QString CupsDestination::deviceUri() const {
+QString CupsQueue::deviceUri() const {
   return QString::fromUtf8(cupsGetOption("device-uri", dest_->num_options, dest_->options));
 }
 
-std::optional<QSize> CupsDestination::defaultPaper() const {
+int CupsQueue::printFile(const QString &file, const QString &jobName,
+                         const std::vector<std::pair<QByteArray, QByteArray>> &options, const QString &shownName,
+                         const QString &source) const {
+  JobOptions jobOptions(*dest_);
+  for (const auto &[name, value] : options)
+    jobOptions.add(name.constData(), value.constData());
+  const int job = cupsPrintFile2(CUPS_HTTP_DEFAULT, dest_->name, file.toUtf8().constData(),
+                                 jobName.toUtf8().constData(), jobOptions.count(), jobOptions.options());
+  if (job <= 0)
+    raiseError(
+        ErrorNumber::InvalidCall, source,
+        QStringLiteral("The printer \"%1\" did not take the job \"%2\": %3").arg(shownName, jobName, lastCupsError()));
+  return job;
+}
+
+std::optional<QSize> CupsQueue::defaultPaper() const {
   // The queue's saved choice of paper, else the printer's default by name,
   // else by size. Names give sizes exactly; a size from the printer comes
   // rounded through its driver's points and is taken as the standard paper
@@ -115,3 +173,9 @@ std::optional<QSize> CupsDestination::defaultPaper() const {
 }
 
 } // namespace kordel::engine
+
+// The module's entry: the one print system of the process.
+extern "C" __attribute__((visibility("default"))) const kordel::engine::PrintSystem &kordel_print_system() {
+  static const kordel::engine::CupsPrintSystem system;
+  return system;
+}

@@ -1,7 +1,7 @@
 #include "engine/print/LayoutPrinter.h"
 
 #include "engine/print/BuiltInPdfPrinter.h"
-#include "engine/print/CupsDestination.h"
+#include "engine/print/PrintSystem.h"
 #include "engine/print/SystemPrinters.h"
 
 #include "core/Error.h"
@@ -21,17 +21,17 @@ const QSizeF kA4(11906, 16838);
 LayoutPrinter::Device LayoutPrinter::lookUp(const QString &name) {
   if (isBuiltInPdfPrinter(name))
     return Device{name, builtInPdfFolder(), {}, kA4};
-  const CupsDestination destination(name, kDeviceSource);
-  QString found = destination.name();
-  if (destination.dest().instance)
-    found += u'/' + QString::fromUtf8(destination.dest().instance);
+  const auto destination = printSystem(kDeviceSource).queue(name, kDeviceSource);
+  QString found = destination->name();
+  if (!destination->instance().isEmpty())
+    found += u'/' + destination->instance();
   // The print system finds queues without regard to case; a device name
   // must be the queue's own.
   if (found != name)
     raiseError(ErrorNumber::InvalidCall, kDeviceSource,
                QStringLiteral("There is no printer \"%1\"; the print system has \"%2\"").arg(name, found));
-  const std::optional<QSize> paper = destination.defaultPaper();
-  return Device{name, destination.deviceUri(), destination.paperBins(), paper ? QSizeF(*paper) : kA4};
+  const std::optional<QSize> paper = destination->defaultPaper();
+  return Device{name, destination->deviceUri(), destination->paperBins(), paper ? QSizeF(*paper) : kA4};
 }
 
 const LayoutPrinter::Device &LayoutPrinter::device() const {

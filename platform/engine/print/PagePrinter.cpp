@@ -2,7 +2,7 @@
 
 #include "engine/export/PdfExporter.h"
 #include "engine/print/BuiltInPdfPrinter.h"
-#include "engine/print/CupsDestination.h"
+#include "engine/print/PrintSystem.h"
 #include "engine/print/SystemPrinters.h"
 
 #include "core/Error.h"
@@ -30,7 +30,7 @@ bool isLandscape(const PrintSettings &settings, const Page &firstPrinted) {
 }
 
 // The media-source keyword of the bin, or empty for the printer's choice.
-QByteArray mediaSourceFor(const CupsDestination &destination, const QString &queue, int paperBin) {
+QByteArray mediaSourceFor(const PrintQueue &destination, const QString &queue, int paperBin) {
   if (paperBin == 0)
     return {};
   const QStringList sources = destination.mediaSources();
@@ -42,26 +42,6 @@ QByteArray mediaSourceFor(const CupsDestination &destination, const QString &que
                    .arg(sources.size()));
   return sources[paperBin - 1].toUtf8();
 }
-
-// The queue's saved options with the job's own on top. Owns the list.
-class JobOptions {
-public:
-  explicit JobOptions(const cups_dest_t &dest) {
-    for (int i = 0; i < dest.num_options; ++i)
-      add(dest.options[i].name, dest.options[i].value);
-  }
-  ~JobOptions() { cupsFreeOptions(count_, options_); }
-  JobOptions(const JobOptions &) = delete;
-  JobOptions &operator=(const JobOptions &) = delete;
-
-  void add(const char *name, const char *value) { count_ = cupsAddOption(name, value, count_, &options_); }
-  int count() const { return count_; }
-  cups_option_t *options() const { return options_; }
-
-private:
-  int count_ = 0;
-  cups_option_t *options_ = nullptr;
-};
 
 } // namespace
 
@@ -90,8 +70,8 @@ int PagePrinter::printPages(const PageDocument &document, int firstPage, int las
   const QString jobName = settings_.jobName.isEmpty() ? QStringLiteral("Report") : settings_.jobName;
   if (isBuiltInPdfPrinter(queue))
     return printToPdfFile(document, firstPage, lastPage, jobName);
-  const CupsDestination destination(queue, kSource);
-  const QByteArray mediaSource = mediaSourceFor(destination, queue, settings_.paperBin);
+  const auto destination = printSystem(kSource).queue(queue, kSource);
+  const QByteArray mediaSource = mediaSourceFor(*destination, queue, settings_.paperBin);
 
   // The print system reads the file while the job is submitted, so it can
   // go as soon as that is done.
@@ -104,19 +84,12 @@ int PagePrinter::printPages(const PageDocument &document, int firstPage, int las
   exporter.setTitle(jobName);
   exporter.exportPages(document, pdf.fileName(), firstPage, lastPage);
 
-  JobOptions options(destination.dest());
-  options.add("copies", QByteArray::number(settings_.copies).constData());
-  options.add("orientation-requested", isLandscape(settings_, document.page(firstPage)) ? kLandscape : kPortrait);
+  std::vector<std::pair<QByteArray, QByteArray>> options{
+      {"copies", QByteArray::number(settings_.copies)},
+      {"orientation-requested", isLandscape(settings_, document.page(firstPage)) ? kLandscape : kPortrait}};
   if (!mediaSource.isEmpty())
-    options.add("media-source", mediaSource.constData());
-
-  const int job = cupsPrintFile2(CUPS_HTTP_DEFAULT, destination.dest().name, pdf.fileName().toUtf8().constData(),
-                                 jobName.toUtf8().constData(), options.count(), options.options());
-  if (job <= 0)
-    raiseError(
-        ErrorNumber::InvalidCall, kSource,
-        QStringLiteral("The printer \"%1\" did not take the job \"%2\": %3").arg(queue, jobName, lastCupsError()));
-  return job;
+    options.emplace_back("media-source", mediaSource);
+  return destination->printFile(pdf.fileName(), jobName, options, queue, kSource);
 }
 
 } // namespace kordel::engine

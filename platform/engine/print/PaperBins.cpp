@@ -1,11 +1,12 @@
 #include "engine/print/PaperBins.h"
 
-#include "engine/print/CupsDestination.h"
+#include "engine/print/PrintSystem.h"
 
 namespace kordel::engine {
 
 std::vector<std::pair<int, QString>> printerPaperBins(const QString &queue) {
-  return CupsDestination(queue, QStringLiteral("PaperBins")).paperBins();
+  const QString source = QStringLiteral("PaperBins");
+  return printSystem(source).queue(queue, source)->paperBins();
 }
 
 } // namespace kordel::engine

@@ -1,26 +1,26 @@
 #include "engine/print/SystemPrinters.h"
 
+#include "engine/print/PrintSystem.h"
+
+#include "core/Error.h"
+
 #include "hostapi/Printers.h"
 
-#include <cups/cups.h>
+#include <QtGlobal>
 
 #include <algorithm>
 
 namespace kordel::engine {
 
 std::vector<SystemPrinter> systemPrinters() {
-  // Without a scheduler the connection fails at once (the local socket or
-  // port refuses it) and only the built-in printer is left.
-  cups_dest_t *dests = nullptr;
-  const int found = cupsGetDests2(CUPS_HTTP_DEFAULT, &dests);
+  // Without a print system only the built-in printer is left; why goes to
+  // the log, for the one who wonders where the printers went.
   std::vector<SystemPrinter> printers;
-  for (int i = 0; i < found; ++i) {
-    QString name = QString::fromUtf8(dests[i].name);
-    if (dests[i].instance)
-      name += u'/' + QString::fromUtf8(dests[i].instance);
-    printers.push_back({name, dests[i].is_default != 0});
+  try {
+    printers = printSystem(QStringLiteral("Printers")).queues();
+  } catch (const Error &error) {
+    qWarning("%s", qUtf8Printable(error.description()));
   }
-  cupsFreeDests(found, dests);
   const bool queueIsDefault =
       std::any_of(printers.begin(), printers.end(), [](const SystemPrinter &printer) { return printer.isDefault; });
   printers.push_back({QString::fromUtf8(hostapi::kBuiltInPdfPrinterName), !queueIsDefault});

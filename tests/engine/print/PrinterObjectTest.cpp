@@ -11,6 +11,7 @@
 #include "engine/print/BuiltInPdfPrinter.h"
 #include "engine/print/LayoutPrinter.h"
 #include "engine/print/PagePrinter.h"
+#include "engine/module/EngineModule.h"
 #include "engine/render/PageDocument.h"
 
 #include "support/PdfTools.h"
@@ -114,6 +115,28 @@ TEST(BuiltInPdfPrinter, ADocumentsFolderThatCannotBeMadeIsAClearError) {
   EXPECT_EQ(error.number(), ErrorNumber::PathNotFound);
   EXPECT_TRUE(error.description().contains(home.file(QStringLiteral("Documents"))))
       << error.description().toStdString();
+}
+
+TEST(EngineModule, AModuleThatCannotBeLoadedIsAClearErrorAndOneLoadedIsKept) {
+  const Error missing = test::errorOf([] {
+    engineModuleEntry("libkordel_no_such_module.so", "entry", QStringLiteral("test writer"), QStringLiteral("Test"));
+  });
+  EXPECT_EQ(missing.number(), ErrorNumber::CannotCreateObject);
+  EXPECT_TRUE(missing.description().startsWith(QStringLiteral("The test writer cannot be loaded: ")))
+      << missing.description().toStdString();
+  EXPECT_TRUE(missing.description().contains(QStringLiteral("libkordel_no_such_module.so")));
+
+  void *entry = engineModuleEntry("libkordel_cups.so", "kordel_print_system", QStringLiteral("print system"),
+                                  QStringLiteral("Test"));
+  ASSERT_NE(entry, nullptr);
+  EXPECT_EQ(engineModuleEntry("libkordel_cups.so", "kordel_print_system", QStringLiteral("print system"),
+                              QStringLiteral("Test")),
+            entry);
+  const Error noEntry = test::errorOf([] {
+    engineModuleEntry("libkordel_cups.so", "no_such_entry", QStringLiteral("print system"), QStringLiteral("Test"));
+  });
+  EXPECT_EQ(noEntry.number(), ErrorNumber::CannotCreateObject);
+  EXPECT_TRUE(noEntry.description().contains(QStringLiteral("no_such_entry"))) << noEntry.description().toStdString();
 }
 
 TEST(PrinterObject, WithoutAPrintServerItStandsForTheBuiltInPdfPrinter) {

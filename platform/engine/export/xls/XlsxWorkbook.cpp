@@ -200,3 +200,10 @@ void writeXlsxWorkbook(const PageDocument &document, const SheetContent &sheet, 
 }
 
 } // namespace kordel::engine::xls
+
+// The module's entry: writeXlsxWorkbook, found by this name.
+extern "C" __attribute__((visibility("default"))) void
+kordel_write_xlsx_workbook(const kordel::engine::PageDocument &document, const kordel::engine::xls::SheetContent &sheet,
+                           const QString &file, const QString &source) {
+  kordel::engine::xls::writeXlsxWorkbook(document, sheet, file, source);
+}

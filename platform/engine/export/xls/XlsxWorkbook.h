@@ -7,6 +7,9 @@
 
 namespace kordel::engine::xls {
 
+// Part of the workbook writer's module (libkordel_xlsx), which the engine
+// loads when it first writes a workbook.
+//
 // Writes the sheet as an Office Open XML workbook (.xlsx) to the file,
 // row by row, holding one row at a time: rows beyond the format's
 // 1,048,576 go on to further worksheets ("Report (2)", ...), each with the
