@@ -175,7 +175,7 @@ std::optional<QSize> CupsQueue::defaultPaper() const {
 } // namespace kordel::engine
 
 // The module's entry: the one print system of the process.
-extern "C" __attribute__((visibility("default"))) const kordel::engine::PrintSystem &kordel_print_system() {
+extern "C" __attribute__((visibility("default"))) const kordel::engine::PrintSystem *kordel_print_system() {
   static const kordel::engine::CupsPrintSystem system;
-  return system;
+  return &system;
 }

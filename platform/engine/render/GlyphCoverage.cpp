@@ -95,8 +95,10 @@ void GlyphCoverage::scanPage(const Page &page) {
       frequent.resize(kFrequentCharacters);
     for (qsizetype i = 0; i < text.size(); ++i) {
       char32_t c = text[i].unicode();
-      if (QChar::isHighSurrogate(c) && i + 1 < text.size() && text[i + 1].isLowSurrogate())
-        c = QChar::surrogateToUcs4(text[i], text[++i]);
+      if (QChar::isHighSurrogate(c) && i + 1 < text.size() && text[i + 1].isLowSurrogate()) {
+        c = QChar::surrogateToUcs4(text[i], text[i + 1]);
+        ++i;
+      }
       if (c < kFrequentCharacters && frequent[c])
         continue;
       const QString family = familyFor(run->font, c);

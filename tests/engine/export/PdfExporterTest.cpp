@@ -280,10 +280,12 @@ TEST_F(PdfExport, LinesShapesAndImagesShowInTheirColours) {
 
 TEST_F(PdfExport, CharactersNoInstalledFontHasAreCountedInOneWarningAnExport) {
   // Code points that Unicode has not assigned have no glyph in any font.
-  const QString unassigned = QString(QChar(0x0378)) + QChar(0x0379);
+  // Beyond the first plane too (two UTF-16 units each): U+1FFFD has no
+  // glyph, the mathematical bold A (U+1D400) has one in a fallback font.
+  const QString unassigned = QString(QChar(0x0378)) + QChar(0x0379) + QString::fromUcs4(U"\U0001FFFD");
   PageDocument document = threePages([&](int index, Page &page) {
     if (index == 0)
-      page.addText({1440, 5000, 4000, 300}, QStringLiteral("Code ") + unassigned, 0);
+      page.addText({1440, 5000, 4000, 300}, QStringLiteral("Code ") + unassigned + QString::fromUcs4(U"\U0001D400"), 0);
     if (index == 2)
       page.addText({1440, 5000, 4000, 300}, QString(QChar(0x0378)), 0);
   });
@@ -295,8 +297,8 @@ TEST_F(PdfExport, CharactersNoInstalledFontHasAreCountedInOneWarningAnExport) {
   const QStringList seen = warnings.aboutGlyphs();
   ASSERT_EQ(seen.size(), 2) << seen.join(u'\n').toStdString();
   for (const QString &warning : seen) {
-    EXPECT_TRUE(warning.contains(QLatin1String("3 character"))) << warning.toStdString();
-    EXPECT_TRUE(warning.contains(QLatin1String("U+0378, U+0379"))) << warning.toStdString();
+    EXPECT_TRUE(warning.contains(QLatin1String("4 character"))) << warning.toStdString();
+    EXPECT_TRUE(warning.contains(QLatin1String("U+0378, U+0379, U+1FFFD"))) << warning.toStdString();
     EXPECT_TRUE(warning.contains(QLatin1String("\"Price list\""))) << warning.toStdString();
   }
 
