@@ -110,6 +110,7 @@ void Records::OpenRecords(const std::shared_ptr<Page> &page, const std::shared_p
   const int count = result_->count();
   rowsById_.clear();
   rowsById_.reserve(std::size_t(count));
+  buffer_->Reserve(count);
   for (int i = 0; i < count; ++i) {
     const auto record = result_->at(i);
     rowsById_.emplace_back(record->id(), i);

@@ -50,6 +50,12 @@ void RowBuffer::Open() {
   open_ = true;
 }
 
+void RowBuffer::Reserve(int rows) {
+  for (RowBufferColumn &column : columns_)
+    column.reserve(rows);
+  order_.reserve(std::size_t(std::max(rows, 0)));
+}
+
 void RowBuffer::AddNew() {
   requireOpen("AddNew");
   if (rowCount_ == std::numeric_limits<int>::max())

@@ -51,6 +51,9 @@ public:
   void AppendField(const QString &name, ColumnType type, int definedSize);
   // After the columns; before AddNew. Appending after Open raises.
   void Open();
+  // Makes room for this many rows in all, so that a buffer filled with a
+  // known number of rows takes no more memory than they need.
+  void Reserve(int rows);
   // Appends a row (all Null) at the end of the view and makes it current;
   // a row added earlier and not yet Updated is kept as it is. A sort or a
   // filter set before does not apply to the new row until it is set again.

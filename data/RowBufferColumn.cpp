@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <type_traits>
 
 namespace kordel::addin {
 
@@ -41,17 +42,23 @@ QStringView cutToSize(QStringView text, int size) {
 
 template <class Number> int compareNumbers(Number a, Number b) { return (a > b) - (a < b); }
 
-// QStringView::compare without regard to case, quicker over the ASCII part
-// of the texts, where folding the case is lowering the letters. From the
-// first other character on, Qt compares the rest, since characters outside
-// ASCII can fold into it (the Kelvin sign is a "k").
-int compareWithoutCase(QStringView a, QStringView b) {
-  const qsizetype common = std::min(a.size(), b.size());
+QAnyStringView viewOf(const char *latin1, qsizetype size) { return QLatin1StringView(latin1, size); }
+QAnyStringView viewOf(const char16_t *utf16, qsizetype size) { return QStringView(utf16, size); }
+
+char16_t unitOf(char c) { return char16_t(static_cast<unsigned char>(c)); }
+char16_t unitOf(char16_t c) { return c; }
+
+// Comparison without regard to case, quicker over the ASCII part of the
+// texts, where folding the case is lowering the letters. From the first
+// other character on, Qt compares the rest, since characters outside ASCII
+// can fold into it (the Kelvin sign is a "k").
+template <class A, class B> int compareWithoutCase(const A *a, qsizetype aSize, const B *b, qsizetype bSize) {
+  const qsizetype common = std::min(aSize, bSize);
   for (qsizetype i = 0; i < common; ++i) {
-    char16_t x = a[i].unicode();
-    char16_t y = b[i].unicode();
+    char16_t x = unitOf(a[i]);
+    char16_t y = unitOf(b[i]);
     if (x >= 0x80 || y >= 0x80)
-      return a.mid(i).compare(b.mid(i), Qt::CaseInsensitive);
+      return QAnyStringView::compare(viewOf(a + i, aSize - i), viewOf(b + i, bSize - i), Qt::CaseInsensitive);
     if (x >= u'A' && x <= u'Z')
       x += u'a' - u'A';
     if (y >= u'A' && y <= u'Z')
@@ -59,7 +66,27 @@ int compareWithoutCase(QStringView a, QStringView b) {
     if (x != y)
       return x < y ? -1 : 1;
   }
-  return compareNumbers(a.size(), b.size());
+  return compareNumbers(aSize, bSize);
+}
+
+const char *unitsOf(QLatin1StringView text) { return text.latin1(); }
+const char16_t *unitsOf(QStringView text) { return text.utf16(); }
+
+template <class View>
+constexpr bool kLatin1OrUtf16 =
+    std::is_same_v<std::decay_t<View>, QLatin1StringView> || std::is_same_v<std::decay_t<View>, QStringView>;
+
+// Texts of a column are Latin-1 or UTF-16; UTF-8, which a column never
+// holds, is left to Qt.
+int compareWithoutCase(QAnyStringView a, QAnyStringView b) {
+  return a.visit([b](auto x) {
+    return b.visit([x](auto y) {
+      if constexpr (kLatin1OrUtf16<decltype(x)> && kLatin1OrUtf16<decltype(y)>)
+        return compareWithoutCase(unitsOf(x), x.size(), unitsOf(y), y.size());
+      else
+        return QAnyStringView::compare(x, y, Qt::CaseInsensitive);
+    });
+  });
 }
 
 } // namespace
@@ -73,6 +100,16 @@ void RowBufferColumn::appendNull() {
   case ColumnType::VarChar: texts_.append(); break;
   case ColumnType::BigInt: integers_.push_back(0); break;
   case ColumnType::Double: doubles_.push_back(0.0); break;
+  }
+}
+
+void RowBufferColumn::reserve(int rows) {
+  const auto count = std::size_t(std::max(rows, 0));
+  nulls_.reserve(count);
+  switch (type_) {
+  case ColumnType::VarChar: texts_.reserve(count); break;
+  case ColumnType::BigInt: integers_.reserve(count); break;
+  case ColumnType::Double: doubles_.reserve(count); break;
   }
 }
 

@@ -28,6 +28,8 @@ public:
 
   // Adds a Null cell at the end.
   void appendNull();
+  // Makes room for this many cells in all.
+  void reserve(int rows);
   bool isNull(int row) const { return nulls_[row] != 0; }
   // String, Long (Double for a 64-bit number beyond Long), Double or Null.
   Variant value(int row) const;
@@ -37,7 +39,7 @@ public:
   // The typed cell of a row that is not Null.
   std::int64_t integerAt(int row) const { return integers_[row]; }
   double doubleAt(int row) const { return doubles_[row]; }
-  QStringView textAt(int row) const { return texts_.at(row); }
+  QAnyStringView textAt(int row) const { return texts_.at(row); }
 
   // Orders two rows: Null first, text without regard to case, numbers by
   // value. Negative, zero or positive.

@@ -185,6 +185,9 @@ SqlConnection::SqlConnection(const DatabaseAddress &address, OpenMode mode)
     if (sqlite) {
       exec(QStringLiteral("PRAGMA synchronous=NORMAL"));
       exec(QStringLiteral("PRAGMA temp_store=MEMORY"));
+      // 1 MB of pages in memory, not 2: a report reads its rows once, and
+      // large reads and writes go through the file system's cache anyway.
+      exec(QStringLiteral("PRAGMA cache_size=-1024"));
     }
   } catch (...) {
     db_.close();

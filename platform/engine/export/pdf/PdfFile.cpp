@@ -9,7 +9,7 @@ namespace kordel::engine::pdf {
 namespace {
 
 // The buffer goes to the file when it holds this much.
-constexpr qsizetype kFlushBytes = 1 << 20;
+constexpr qsizetype kFlushBytes = 256 << 10;
 
 // Report pages are mostly text that repeats; this level of deflate takes
 // them to about an eighth in hardly more time than the fastest.
