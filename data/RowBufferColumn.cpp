@@ -78,15 +78,15 @@ constexpr bool kLatin1OrUtf16 =
 
 // Texts of a column are Latin-1 or UTF-16; UTF-8, which a column never
 // holds, is left to Qt.
+template <class A, class B> int compareViews(A a, B b) {
+  if constexpr (kLatin1OrUtf16<A> && kLatin1OrUtf16<B>)
+    return compareWithoutCase(unitsOf(a), a.size(), unitsOf(b), b.size());
+  else
+    return QAnyStringView::compare(a, b, Qt::CaseInsensitive);
+}
+
 int compareWithoutCase(QAnyStringView a, QAnyStringView b) {
-  return a.visit([b](auto x) {
-    return b.visit([x](auto y) {
-      if constexpr (kLatin1OrUtf16<decltype(x)> && kLatin1OrUtf16<decltype(y)>)
-        return compareWithoutCase(unitsOf(x), x.size(), unitsOf(y), y.size());
-      else
-        return QAnyStringView::compare(x, y, Qt::CaseInsensitive);
-    });
-  });
+  return a.visit([b](auto x) { return b.visit([x](auto y) { return compareViews(x, y); }); });
 }
 
 } // namespace

@@ -4,16 +4,43 @@
 
 #include "core/Error.h"
 
+#include <algorithm>
+#include <functional>
+
 namespace kordel::nuvo {
 
 PoolObject::PoolObject(const std::vector<int> &ids) {
+  if (std::adjacent_find(ids.begin(), ids.end(), std::greater_equal<int>()) == ids.end()) {
+    ids_ = ids;
+    return;
+  }
   ids_.reserve(ids.size());
-  members_.reserve(qsizetype(ids.size()));
   for (int id : ids)
     add(id);
 }
 
+bool PoolObject::contains(int id) const {
+  return ascending_ ? std::binary_search(ids_.begin(), ids_.end(), id) : members_.contains(id);
+}
+
+void PoolObject::leaveOrder() {
+  members_.reserve(qsizetype(ids_.size()) + 1);
+  for (int id : ids_)
+    members_.insert(id);
+  ascending_ = false;
+}
+
 void PoolObject::add(int id) {
+  if (ascending_) {
+    if (ids_.empty() || id > ids_.back()) {
+      ids_.push_back(id);
+      ++revision_;
+      return;
+    }
+    if (std::binary_search(ids_.begin(), ids_.end(), id))
+      return;
+    leaveOrder();
+  }
   const qsizetype before = members_.size();
   members_.insert(id);
   if (members_.size() == before)
@@ -23,15 +50,23 @@ void PoolObject::add(int id) {
 }
 
 void PoolObject::remove(int id) {
-  if (!members_.remove(id))
-    return;
-  ids_.erase(std::find(ids_.begin(), ids_.end(), id));
+  if (ascending_) {
+    const auto at = std::lower_bound(ids_.begin(), ids_.end(), id);
+    if (at == ids_.end() || *at != id)
+      return;
+    ids_.erase(at);
+  } else {
+    if (!members_.remove(id))
+      return;
+    ids_.erase(std::find(ids_.begin(), ids_.end(), id));
+  }
   ++revision_;
 }
 
 void PoolObject::clear() {
   ids_.clear();
   members_.clear();
+  ascending_ = true;
   ++revision_;
 }
 

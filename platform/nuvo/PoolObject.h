@@ -8,7 +8,9 @@
 
 namespace kordel::nuvo {
 
-// Nuvo.Pool: a set of record ids in the order they were added.
+// Nuvo.Pool: a set of record ids in the order they were added. Ids added
+// in ascending order, as queries give them, are looked up in their list;
+// a set of them is made only when an id comes out of order.
 class PoolObject : public hostapi::Pool {
 public:
   PoolObject() = default;
@@ -18,7 +20,7 @@ public:
 
   void add(int id) override;
   void remove(int id) override;
-  bool contains(int id) const override { return members_.contains(id); }
+  bool contains(int id) const override;
   int count() const override { return int(ids_.size()); }
   const std::vector<int> &ids() const override { return ids_; }
   void clear() override;
@@ -31,8 +33,11 @@ protected:
   const MemberTable &memberTable() const override;
 
 private:
+  void leaveOrder();
+
   std::vector<int> ids_;
-  QSet<int> members_; // a fraction of a node-based set's size for many ids
+  bool ascending_ = true; // ids_ strictly ascending, and members_ empty
+  QSet<int> members_;
   quint64 revision_ = 0;
 };
 

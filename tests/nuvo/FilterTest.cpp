@@ -201,6 +201,41 @@ TEST_P(FilterTest, PoolsOfAnySizeSelectTheirIds) {
   EXPECT_EQ(test::errorNumber([&] { where("idcompany", CO::InPool, 5); }), ErrorNumber::TypeMismatch);
 }
 
+TEST(Pool, KeepsEachIdOnceInTheOrderAddedWhateverThatOrder) {
+  // Ascending ids, as queries give them, then ids out of order.
+  nuvo::PoolObject pool(std::vector<int>{2, 4, 6, 8});
+  const quint64 start = pool.revision();
+  pool.add(4);
+  pool.add(10);
+  pool.remove(5);
+  EXPECT_EQ(pool.revision(), start + 1) << "only a real change counts";
+  pool.remove(2);
+  pool.add(3);
+  pool.add(6);
+  pool.add(1);
+  pool.add(3);
+  EXPECT_EQ(pool.ids(), (std::vector<int>{4, 6, 8, 10, 3, 1}));
+  for (int id : {1, 3, 4, 6, 8, 10})
+    EXPECT_TRUE(pool.contains(id)) << id;
+  for (int id : {0, 2, 5, 7, 9, 11})
+    EXPECT_FALSE(pool.contains(id)) << id;
+  pool.remove(8);
+  EXPECT_EQ(pool.ids(), (std::vector<int>{4, 6, 10, 3, 1}));
+  EXPECT_FALSE(pool.contains(8));
+
+  // Made from ids out of order or twice, and its clone.
+  const nuvo::PoolObject mixed(std::vector<int>{5, 3, 5, 9, 3});
+  EXPECT_EQ(mixed.ids(), (std::vector<int>{5, 3, 9}));
+  EXPECT_EQ(mixed.clone()->ids(), (std::vector<int>{5, 3, 9}));
+  EXPECT_TRUE(mixed.clone()->contains(9));
+
+  pool.clear();
+  EXPECT_EQ(pool.count(), 0);
+  pool.add(7);
+  pool.add(7);
+  EXPECT_EQ(pool.ids(), (std::vector<int>{7}));
+}
+
 TEST_P(FilterTest, BadFiltersAreRefusedWithClearErrors) {
   EXPECT_EQ(test::errorNumber([&] { idsOf("company", where("nosuchfield", CO::Equal, 1)); }), ErrorNumber::InvalidCall);
   EXPECT_EQ(test::errorNumber([&] { idsOf("company", where("person", CO::Equal, 1)); }), ErrorNumber::InvalidCall);
