@@ -17,8 +17,6 @@
 #include "hostapi/Records.h"
 #include "hostapi/ReportContext.h"
 
-#include <algorithm>
-
 namespace kordel::addin {
 
 namespace {
@@ -108,18 +106,12 @@ void Records::OpenRecords(const std::shared_ptr<Page> &page, const std::shared_p
   const auto filter = SourceFilter();
   result_->open(Variant(ObjectRef(page_->Class())), filter, view_, 0);
   const int count = result_->count();
-  rowsById_.clear();
-  rowsById_.reserve(std::size_t(count));
   buffer_->Reserve(count);
   for (int i = 0; i < count; ++i) {
     const auto record = result_->at(i);
-    rowsById_.emplace_back(record->id(), i);
     buffer_->AddNew();
     CopySortFields(*record, *buffer_);
   }
-  // An id the engine returns twice gives two rows of one record, the
-  // record of its first row: a stable sort keeps that row first.
-  std::stable_sort(rowsById_.begin(), rowsById_.end(), [](const auto &a, const auto &b) { return a.first < b.first; });
   resultPool_ = result_->pool();
   if (buffer_->RecordCount() > 0) {
     buffer_->SetSort(sortExpression_);
@@ -370,11 +362,18 @@ std::shared_ptr<hostapi::Record> Records::Record() const {
 }
 
 std::shared_ptr<hostapi::Record> Records::RecordOf(int id) const {
-  const auto at = std::lower_bound(rowsById_.begin(), rowsById_.end(), id,
-                                   [](const std::pair<int, int> &entry, int wanted) { return entry.first < wanted; });
-  if (at == rowsById_.end() || at->first != id)
-    return nullptr;
-  return result_->at(at->second);
+  // The first row of the id: an id the engine returns twice gives two
+  // rows of one record, the record of its first row.
+  int low = 0;
+  int high = result_->count();
+  while (low < high) {
+    const int middle = low + (high - low) / 2;
+    if (result_->idAt(middle) < id)
+      low = middle + 1;
+    else
+      high = middle;
+  }
+  return low < result_->count() && result_->idAt(low) == id ? result_->at(low) : nullptr;
 }
 
 void Records::MoveFirst() {

@@ -27,10 +27,11 @@ class StringCollection;
 // The cursor a report page takes its rows from.
 //
 // Design note. Opening is eager and recursive: OpenRecords runs one engine
-// query for the page, keeps its result with the result's row of each id,
-// and copies each row's sort keys (and its id and parent id) into a row
-// buffer, which it sorts. A record object is made from the result when a
-// row is read, not kept for every row. Then it opens one cursor per sub page with a pool of all the ids
+// query for the page, keeps its result, and copies each row's sort keys
+// (and its id and parent id) into a row buffer, which it sorts. A record
+// object is made from the result when a row is read, not kept for every
+// row: the result is in the order of its ids, so an id's row is found by
+// halving. Then it opens one cursor per sub page with a pool of all the ids
 // this page fetched, so that a sub page's single query fetches the
 // children of every parent row. While the report prints no query runs:
 // SetParentFilter picks the rows of the current parent ids out of the
@@ -105,8 +106,8 @@ private:
   void CopySortFields(hostapi::Record &record, RowBuffer &buffer) const;
   void OpenSubRecords();
   RowBuffer &ActiveBuffer() const;
-  // The record of an id of the result; the first row when the engine
-  // returned the id twice.
+  // The record of an id of the result, nullptr when it has none; the
+  // first row when the engine returned the id twice.
   std::shared_ptr<hostapi::Record> RecordOf(int id) const;
 
   std::shared_ptr<Page> page_;
@@ -121,7 +122,6 @@ private:
   QString idField_;
   QString parentLinkField_;
   std::shared_ptr<hostapi::Records> result_;
-  std::vector<std::pair<int, int>> rowsById_; // (id, row of the result), by id
   // The record of the id looked up last: a row's fields are read one
   // after another.
   mutable int lastId_ = 0;

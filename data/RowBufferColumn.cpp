@@ -98,7 +98,12 @@ void RowBufferColumn::appendNull() {
   nulls_.push_back(1);
   switch (type_) {
   case ColumnType::VarChar: texts_.append(); break;
-  case ColumnType::BigInt: integers_.push_back(0); break;
+  case ColumnType::BigInt:
+    if (wideIntegers_)
+      integers_.push_back(0);
+    else
+      narrowIntegers_.push_back(0);
+    break;
   case ColumnType::Double: doubles_.push_back(0.0); break;
   }
 }
@@ -108,7 +113,12 @@ void RowBufferColumn::reserve(int rows) {
   nulls_.reserve(count);
   switch (type_) {
   case ColumnType::VarChar: texts_.reserve(count); break;
-  case ColumnType::BigInt: integers_.reserve(count); break;
+  case ColumnType::BigInt:
+    if (wideIntegers_)
+      integers_.reserve(count);
+    else
+      narrowIntegers_.reserve(count);
+    break;
   case ColumnType::Double: doubles_.reserve(count); break;
   }
 }
@@ -119,7 +129,7 @@ Variant RowBufferColumn::value(int row) const {
   switch (type_) {
   case ColumnType::VarChar: return textAt(row).toString();
   case ColumnType::BigInt: {
-    const std::int64_t number = integers_[row];
+    const std::int64_t number = integerAt(row);
     if (number >= std::numeric_limits<std::int32_t>::min() && number <= std::numeric_limits<std::int32_t>::max())
       return Variant(int(number));
     return Variant(double(number));
@@ -143,10 +153,23 @@ void RowBufferColumn::setValue(int row, const Variant &value) {
     texts_.set(row, cutToSize(text, definedSize_));
     break;
   }
-  case ColumnType::BigInt: integers_[row] = integerFrom(value); break;
+  case ColumnType::BigInt: setInteger(row, integerFrom(value)); break;
   case ColumnType::Double: doubles_[row] = value.toDouble(); break;
   }
   nulls_[row] = 0;
+}
+
+void RowBufferColumn::setInteger(int row, std::int64_t value) {
+  if (!wideIntegers_) {
+    if (value >= std::numeric_limits<std::int32_t>::min() && value <= std::numeric_limits<std::int32_t>::max()) {
+      narrowIntegers_[row] = std::int32_t(value);
+      return;
+    }
+    integers_.assign(narrowIntegers_.begin(), narrowIntegers_.end());
+    narrowIntegers_ = {};
+    wideIntegers_ = true;
+  }
+  integers_[row] = value;
 }
 
 int RowBufferColumn::compareRows(int a, int b) const {
@@ -156,7 +179,7 @@ int RowBufferColumn::compareRows(int a, int b) const {
     return int(nullB) - int(nullA);
   switch (type_) {
   case ColumnType::VarChar: return compareWithoutCase(textAt(a), textAt(b));
-  case ColumnType::BigInt: return compareNumbers(integers_[a], integers_[b]);
+  case ColumnType::BigInt: return compareNumbers(integerAt(a), integerAt(b));
   case ColumnType::Double: return compareNumbers(doubles_[a], doubles_[b]);
   }
   return 0;

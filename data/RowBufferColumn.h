@@ -37,7 +37,7 @@ public:
   void setValue(int row, const Variant &value);
 
   // The typed cell of a row that is not Null.
-  std::int64_t integerAt(int row) const { return integers_[row]; }
+  std::int64_t integerAt(int row) const { return wideIntegers_ ? integers_[row] : narrowIntegers_[row]; }
   double doubleAt(int row) const { return doubles_[row]; }
   QAnyStringView textAt(int row) const { return texts_.at(row); }
 
@@ -50,7 +50,12 @@ private:
   ColumnType type_;
   int definedSize_;
   std::vector<std::uint8_t> nulls_;
-  // Only the store of the column's type grows.
+  void setInteger(int row, std::int64_t value);
+
+  // Only the store of the column's type grows. Whole numbers take 32 bits
+  // until one needs more, when they all move to 64.
+  bool wideIntegers_ = false;
+  std::vector<std::int32_t> narrowIntegers_;
   std::vector<std::int64_t> integers_;
   std::vector<double> doubles_;
   TextCells texts_;

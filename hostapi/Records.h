@@ -80,6 +80,8 @@ public:
   virtual int count() const = 0;
   // The record at a position from 0.
   virtual std::shared_ptr<Record> at(int index) const = 0;
+  // The id of the record at a position from 0, without making the record.
+  virtual int idAt(int index) const = 0;
   // The ids that were returned, as a new pool.
   virtual std::shared_ptr<Pool> pool() const = 0;
   // The filter the records were opened with; nullptr when none.

@@ -74,6 +74,12 @@ std::shared_ptr<hostapi::Record> RecordsObject::at(int index) const {
   return std::make_shared<RecordObject>(engine_, set_, index);
 }
 
+int RecordsObject::idAt(int index) const {
+  if (index < 0 || index >= count())
+    raiseError(ErrorNumber::SubscriptOutOfRange, kSource);
+  return set_->id(index);
+}
+
 std::shared_ptr<hostapi::Pool> RecordsObject::pool() const {
   return std::make_shared<PoolObject>(set_ ? set_->ids() : std::vector<int>{});
 }

@@ -26,6 +26,7 @@ public:
             const std::shared_ptr<hostapi::View> &view, int flags) override;
   int count() const override { return set_ ? set_->rowCount() : 0; }
   std::shared_ptr<hostapi::Record> at(int index) const override;
+  int idAt(int index) const override;
   std::shared_ptr<hostapi::Pool> pool() const override;
   std::shared_ptr<hostapi::Filter> source() const override { return source_; }
 

@@ -426,8 +426,10 @@ TEST(RowBufferFilter, ComparesNumbersByValue) {
       {"[big] = -3", {"3"}},
       {"[big] = 6e9", {"2"}},
       {"[big] = 9007199254740992", {"5"}},
-      {"[big] = 9007199254740993", {}}, // a double would round it to the one above      {"[real] = 2.5", {"1"}},
-                                        // {"[real] = 0", {"2", "3"}},
+      // A double would round this one to the one above.
+      {"[big] = 9007199254740993", {}},
+      {"[real] = 2.5", {"1"}},
+      {"[real] = 0", {"2", "3"}},
       {"[real] = -0", {"2", "3"}},
       {"[real] = 2.250", {"4"}},
       {"[code] = 17", {"1", "4"}},
