@@ -40,6 +40,10 @@ QStringView cutToSize(QStringView text, int size) {
   return cut;
 }
 
+bool fitsLong(std::int64_t number) {
+  return number >= std::numeric_limits<std::int32_t>::min() && number <= std::numeric_limits<std::int32_t>::max();
+}
+
 template <class Number> int compareNumbers(Number a, Number b) { return (a > b) - (a < b); }
 
 QAnyStringView viewOf(const char *latin1, qsizetype size) { return QLatin1StringView(latin1, size); }
@@ -130,7 +134,7 @@ Variant RowBufferColumn::value(int row) const {
   case ColumnType::VarChar: return textAt(row).toString();
   case ColumnType::BigInt: {
     const std::int64_t number = integerAt(row);
-    if (number >= std::numeric_limits<std::int32_t>::min() && number <= std::numeric_limits<std::int32_t>::max())
+    if (fitsLong(number))
       return Variant(int(number));
     return Variant(double(number));
   }
@@ -161,7 +165,7 @@ void RowBufferColumn::setValue(int row, const Variant &value) {
 
 void RowBufferColumn::setInteger(int row, std::int64_t value) {
   if (!wideIntegers_) {
-    if (value >= std::numeric_limits<std::int32_t>::min() && value <= std::numeric_limits<std::int32_t>::max()) {
+    if (fitsLong(value)) {
       narrowIntegers_[row] = std::int32_t(value);
       return;
     }

@@ -46,12 +46,12 @@ public:
   int compareRows(int a, int b) const;
 
 private:
+  void setInteger(int row, std::int64_t value);
+
   QString name_;
   ColumnType type_;
   int definedSize_;
   std::vector<std::uint8_t> nulls_;
-  void setInteger(int row, std::int64_t value);
-
   // Only the store of the column's type grows. Whole numbers take 32 bits
   // until one needs more, when they all move to 64.
   bool wideIntegers_ = false;

@@ -1,6 +1,7 @@
 #include "data/RowBufferText.h"
 
 #include "core/Error.h"
+#include "core/Latin1Text.h"
 
 #include <algorithm>
 #include <cstring>
@@ -17,18 +18,13 @@ constexpr std::size_t kLargestBlockBytes = std::size_t(2) << 20;
 // Repacking is not worth it for less.
 constexpr std::size_t kRepackFloor = std::size_t(128) << 10;
 
-bool fitsLatin1(QStringView text) {
-  return std::all_of(text.begin(), text.end(), [](QChar c) { return c.unicode() < 0x100; });
-}
-
 // Writes the text into its place in the cell's encoding.
 void encode(QStringView text, bool wide, char *into) {
   if (wide) {
     std::memcpy(into, text.utf16(), std::size_t(text.size()) * 2);
     return;
   }
-  for (qsizetype i = 0; i < text.size(); ++i)
-    into[i] = char(text[i].unicode());
+  writeLatin1(text, into);
 }
 
 } // namespace

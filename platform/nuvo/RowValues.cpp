@@ -1,6 +1,7 @@
 #include "nuvo/RowValues.h"
 
 #include "core/Error.h"
+#include "core/Latin1Text.h"
 
 #include <QDir>
 #include <QTemporaryFile>
@@ -29,13 +30,6 @@ enum Tag : std::uint8_t { Null, Long, False, True, Double, CurrencyValue, DateVa
   raiseError(ErrorNumber::OutOfMemory, kSource,
              QStringLiteral("The rows of a query could not be %1 a temporary file: %2")
                  .arg(what, file ? file->errorString() : QStringLiteral("no file")));
-}
-
-bool fitsLatin1(QStringView text) {
-  for (const QChar c : text)
-    if (c.unicode() > 0xff)
-      return false;
-  return true;
 }
 
 template <class T> T readRaw(const char *&at) {
@@ -152,8 +146,7 @@ void RowValues::appendText(QStringView text) {
     char latin1[256];
     for (qsizetype at = 0; at < text.size(); at += qsizetype(sizeof latin1)) {
       const qsizetype part = std::min(text.size() - at, qsizetype(sizeof latin1));
-      for (qsizetype i = 0; i < part; ++i)
-        latin1[i] = char(text[at + i].unicode());
+      writeLatin1(text.mid(at, part), latin1);
       put(latin1, std::size_t(part));
     }
   } else {

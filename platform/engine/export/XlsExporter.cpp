@@ -49,9 +49,8 @@ void XlsxExporter::exportDocument(const PageDocument &document, const QString &p
   ExportFile file(path, source);
   // The workbook writer lives in a module of its own with the libraries it
   // needs, loaded by the first workbook written.
-  using WriteWorkbook = void (*)(const PageDocument &, const xls::SheetContent &, const QString &, const QString &);
-  const auto write = reinterpret_cast<WriteWorkbook>(
-      engineModuleEntry("libkordel_xlsx.so", "kordel_write_xlsx_workbook", QStringLiteral("workbook writer"), source));
+  const auto write = reinterpret_cast<xls::XlsxEntry>(
+      engineModuleEntry(xls::kXlsxModule, xls::kXlsxEntry, QStringLiteral("workbook writer"), source));
   write(document, *sheet, file.fileName(), source);
   file.commit();
 }

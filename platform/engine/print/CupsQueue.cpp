@@ -3,6 +3,7 @@
 #include "core/Error.h"
 
 #include <cmath>
+#include <type_traits>
 
 namespace kordel::engine {
 
@@ -179,3 +180,4 @@ extern "C" __attribute__((visibility("default"))) const kordel::engine::PrintSys
   static const kordel::engine::CupsPrintSystem system;
   return &system;
 }
+static_assert(std::is_same_v<decltype(&kordel_print_system), kordel::engine::PrintSystemEntry>);

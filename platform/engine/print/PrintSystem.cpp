@@ -8,9 +8,8 @@ PrintQueue::~PrintQueue() = default;
 PrintSystem::~PrintSystem() = default;
 
 const PrintSystem &printSystem(const QString &source) {
-  using Entry = const PrintSystem *(*)();
-  return *reinterpret_cast<Entry>(
-      engineModuleEntry("libkordel_cups.so", "kordel_print_system", QStringLiteral("print system"), source))();
+  return *reinterpret_cast<PrintSystemEntry>(
+      engineModuleEntry(kPrintSystemModule, kPrintSystemEntry, QStringLiteral("print system"), source))();
 }
 
 } // namespace kordel::engine

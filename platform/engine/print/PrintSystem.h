@@ -59,6 +59,12 @@ public:
   virtual std::unique_ptr<PrintQueue> queue(const QString &name, const QString &source) const = 0;
 };
 
+// How the engine finds the print system: its module, the entry that gives
+// it, and the entry's type.
+inline constexpr const char *kPrintSystemModule = "libkordel_cups.so";
+inline constexpr const char *kPrintSystemEntry = "kordel_print_system";
+using PrintSystemEntry = const PrintSystem *(*)();
+
 // The print system, from its module, loaded on first use: the print
 // system's libraries stay out of processes that never print. Raises 429
 // when the module cannot be loaded.

@@ -11,6 +11,7 @@
 #include "engine/print/BuiltInPdfPrinter.h"
 #include "engine/print/LayoutPrinter.h"
 #include "engine/print/PagePrinter.h"
+#include "engine/print/PrintSystem.h"
 #include "engine/module/EngineModule.h"
 #include "engine/render/PageDocument.h"
 
@@ -126,14 +127,14 @@ TEST(EngineModule, AModuleThatCannotBeLoadedIsAClearErrorAndOneLoadedIsKept) {
       << missing.description().toStdString();
   EXPECT_TRUE(missing.description().contains(QStringLiteral("libkordel_no_such_module.so")));
 
-  void *entry = engineModuleEntry("libkordel_cups.so", "kordel_print_system", QStringLiteral("print system"),
-                                  QStringLiteral("Test"));
+  void *entry =
+      engineModuleEntry(kPrintSystemModule, kPrintSystemEntry, QStringLiteral("print system"), QStringLiteral("Test"));
   ASSERT_NE(entry, nullptr);
-  EXPECT_EQ(engineModuleEntry("libkordel_cups.so", "kordel_print_system", QStringLiteral("print system"),
-                              QStringLiteral("Test")),
-            entry);
+  EXPECT_EQ(
+      engineModuleEntry(kPrintSystemModule, kPrintSystemEntry, QStringLiteral("print system"), QStringLiteral("Test")),
+      entry);
   const Error noEntry = test::errorOf([] {
-    engineModuleEntry("libkordel_cups.so", "no_such_entry", QStringLiteral("print system"), QStringLiteral("Test"));
+    engineModuleEntry(kPrintSystemModule, "no_such_entry", QStringLiteral("print system"), QStringLiteral("Test"));
   });
   EXPECT_EQ(noEntry.number(), ErrorNumber::CannotCreateObject);
   EXPECT_TRUE(noEntry.description().contains(QStringLiteral("no_such_entry"))) << noEntry.description().toStdString();

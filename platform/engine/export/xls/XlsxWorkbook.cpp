@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <cmath>
 #include <memory>
+#include <type_traits>
 
 namespace kordel::engine::xls {
 
@@ -207,3 +208,4 @@ kordel_write_xlsx_workbook(const kordel::engine::PageDocument &document, const k
                            const QString &file, const QString &source) {
   kordel::engine::xls::writeXlsxWorkbook(document, sheet, file, source);
 }
+static_assert(std::is_same_v<decltype(&kordel_write_xlsx_workbook), kordel::engine::xls::XlsxEntry>);

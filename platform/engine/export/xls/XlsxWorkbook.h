@@ -19,4 +19,10 @@ namespace kordel::engine::xls {
 void writeXlsxWorkbook(const PageDocument &document, const SheetContent &sheet, const QString &file,
                        const QString &source);
 
+// How the engine finds it: the module, the entry that calls it, and the
+// entry's type.
+inline constexpr const char *kXlsxModule = "libkordel_xlsx.so";
+inline constexpr const char *kXlsxEntry = "kordel_write_xlsx_workbook";
+using XlsxEntry = void (*)(const PageDocument &, const SheetContent &, const QString &, const QString &);
+
 } // namespace kordel::engine::xls
